@@ -1,0 +1,14 @@
+# Flags that every target of the project is compiled with. Arithmetic keeps the order and the rounding that the
+# source says: no contraction to fused operations, and never fast-math.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+add_library(vorquill21_flags INTERFACE)
+target_compile_options(vorquill21_flags INTERFACE -Wall -Wextra -Wconversion -Werror -ffp-contract=off)
+if(CMAKE_SIZEOF_VOID_P EQUAL 4)
+  target_compile_options(vorquill21_flags INTERFACE -msse2 -mfpmath=sse)
+endif()
