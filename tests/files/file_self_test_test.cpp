@@ -1,0 +1,119 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <vector>
+
+#include "tests/files/self_test_entry.hpp"
+#include "tests/support/fake_platform.hpp"
+#include "tests/support/faulty_platform.hpp"
+#include "vorquill21/files/file.hpp"
+
+namespace vorquill21 {
+namespace {
+
+using test::FaultPlan;
+using test::ForEachFault;
+using test::RunSelfTest;
+
+constexpr TextView kSelfTestFolder = u"/library/self test";
+
+FailedTests FailuresOn(Platform& platform) {
+  FailedTests failedTests;
+  RunSelfTest(CFile(platform), failedTests);
+  return failedTests;
+}
+
+std::vector<Text> NamesIn(Files& files, TextView folder) {
+  std::vector<Text> names;
+  for (const DirectoryEntry& entry : files.List(Text(folder).append(u"/*"))) names.push_back(entry.name);
+  return names;
+}
+
+TEST(FileSelfTest, PassesAndLeavesOneFileBehind) {
+  test::FakePlatform fake;
+  for (int run = 0; run < 2; ++run) {
+    EXPECT_TRUE(FailuresOn(fake.platform).empty());
+    EXPECT_EQ(NamesIn(fake.files, u"/library"), std::vector<Text>{u"self test"});
+    EXPECT_EQ(NamesIn(fake.files, kSelfTestFolder), std::vector<Text>{u"delme.txt"});
+  }
+  EXPECT_EQ(fake.files.OpenReaders(), 0);
+  EXPECT_TRUE(fake.desktop.messages.empty());
+  EXPECT_EQ(fake.desktop.beeps, 0);
+}
+
+TEST(FileSelfTest, SampleHasThreeLines) {
+  test::FakePlatform fake;
+  FailuresOn(fake.platform);
+  Text sample;
+  ASSERT_TRUE(CFile(fake.platform).FileReadAsString(u"/library/self test/delme.txt", sample));
+  EXPECT_EQ(std::ranges::count(sample, u'\r'), 2);
+  EXPECT_EQ(std::ranges::count(sample, u'\n'), 2);
+}
+
+TEST(FileSelfTest, LeavesOtherFilesOfItsFolderAlone) {
+  test::FakePlatform fake;
+  fake.files.MakeFolder(kSelfTestFolder);
+  fake.files.Replace(u"/library/self test/reference.txt", "kept");
+  EXPECT_TRUE(FailuresOn(fake.platform).empty());
+  EXPECT_EQ(fake.files.Content(u"/library/self test/reference.txt"), "kept");
+}
+
+TEST(FileSelfTest, FailedNamesAreAppended) {
+  test::FakePlatform fake;
+  fake.files.MakeFolder(kSelfTestFolder);
+  fake.files.Replace(u"/library/self test/stray.tt1", "a fourth file");
+  FailedTests failedTests{u"before"};
+  RunSelfTest(CFile(fake.platform), failedTests);
+  EXPECT_EQ(failedTests, (FailedTests{u"before", u"ListFilesMathchingType"}));
+}
+
+TEST(FileSelfTest, DeliberateNamesOfTheChecksThatNeedFiles) {
+  test::FakePlatform fake;
+  fake.process.libraryFolder = u"/missing";
+  EXPECT_EQ(FailuresOn(fake.platform), (FailedTests{u"ListFilesMathchingType", u"", u"SelfTest_DirMake"}));
+  EXPECT_TRUE(fake.desktop.messages.empty());
+}
+
+/// What fails when the 1st, 2nd, ... call fails.
+const FailedTests kFailuresByCall[] = {
+    {},                           // look for the folder, which is then made
+    {u"ListFilesMathchingType"},  // make the folder
+    {u"ListFilesMathchingType"},  // write three files
+    {u"ListFilesMathchingType"},
+    {u"ListFilesMathchingType"},
+    {u"ListFilesMathchingType"},  // list them
+    {},                           // delete them: ignored
+    {},                           // remove the folder: ignored
+    {},                           // look for the folder
+    {u""},                        // make the folder
+    {u""},                        // write the sample
+    {u""},                        // look for it
+    {u""},                        // open it
+    {u""},                        // read it
+    {u""},                        // read its end
+    {},                           // look for the other folder
+    {u"SelfTest_DirMake"},        // make it
+    {u"SelfTest_DirMake"},        // look whether it was made
+    {u"SelfTest_DirMake"},        // remove it
+    {},                           // no fault
+};
+
+TEST(FileSelfTest, AFaultFailsTheCheckThatItHits) {
+  std::size_t run = 0;
+  ForEachFault(kDeviceInputOutput, [&](FaultPlan& plan) {
+    ASSERT_LT(run, std::size(kFailuresByCall));
+    test::FakePlatform fake;
+    test::FaultyPlatform faulty(fake.platform, plan);
+    EXPECT_EQ(FailuresOn(faulty.platform), kFailuresByCall[run]) << run;
+    EXPECT_EQ(fake.files.OpenReaders(), 0);
+    EXPECT_TRUE(fake.desktop.messages.empty());
+    const bool wasRemoval = run == 18;
+    EXPECT_EQ(fake.files.FolderExists(u"/library/DirMakeTest"), wasRemoval) << run;
+    ++run;
+  });
+  EXPECT_EQ(run, std::size(kFailuresByCall));
+}
+
+}  // namespace
+}  // namespace vorquill21

@@ -1,0 +1,127 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/fake_platform.hpp"
+#include "vorquill21/files/file.hpp"
+
+namespace vorquill21 {
+namespace {
+
+class PathParsingTest : public ::testing::Test {
+ protected:
+  test::FakePlatform fake_;
+  CFile file_{fake_.platform};
+};
+
+struct ParsedPath {
+  TextView path;
+  TextView folder;
+  TextView extension;
+  TextView name;
+  TextView title;
+};
+
+constexpr ParsedPath kParsedPaths[] = {
+    {u"", u"", u"", u"", u""},
+    {u"D:\\Zelmora\\front_susp.txt", u"D:\\Zelmora\\", u"txt", u"front_susp.txt", u"front_susp"},
+    {u"D:\\Zelmora\\front.susp.txt", u"D:\\Zelmora\\", u"txt", u"front.susp.txt", u"front.susp"},
+    {u"D:\\Zelmora\\front_susp", u"D:\\Zelmora\\", u"", u"front_susp", u"front_susp"},
+    {u"D:\\Zelmora\\front.susp.", u"D:\\Zelmora\\", u"", u"front.susp", u"front.susp"},
+    {u"D:\\Zel.mora\\front_susp", u"D:\\Zel.mora\\", u"", u"front_susp", u"front_susp"},
+    {u"D:\\", u"D:\\", u"", u"", u""},
+    {u"D:", u"", u"", u"D:", u"D:"},
+    {u"\\", u"\\", u"", u"", u""},
+    {u"front_susp.txt", u"", u"txt", u"front_susp.txt", u"front_susp"},
+    {u"front_susp", u"", u"", u"front_susp", u"front_susp"},
+    {u"front_susp.", u"", u"", u"front_susp", u"front_susp"},
+    {u".", u"", u"", u"", u""},
+    {u".txt", u"", u"txt", u".txt", u""},
+    {u"a..b", u"", u"b", u"a..b", u"a."},
+    {u"a\\b.c\\", u"a\\b.c\\", u"", u"", u""},
+    {u"data/set.1\\run/2.dat", u"data/set.1\\", u"dat", u"2.dat", u"2"},
+    {u"one/two/three.txt", u"", u"txt", u"three.txt", u"three"},
+};
+
+TEST_F(PathParsingTest, TakesAPathApart) {
+  for (const ParsedPath& row : kParsedPaths) {
+    SCOPED_TRACE(ToUtf8(row.path));
+    EXPECT_EQ(file_.ParseFileDir(row.path), row.folder);
+    EXPECT_EQ(file_.ParseFileExt(row.path), row.extension);
+    EXPECT_EQ(file_.ParseFileName(row.path), row.name);
+    EXPECT_EQ(file_.ParseFileTitle(row.path), row.title);
+  }
+}
+
+TEST_F(PathParsingTest, TitleAcceptsBothSeparatorsAndTheirMixture) {
+  for (const TextView path : {
+           u"one\\two\\three\\four\\five\\front_susp",
+           u"one/two/three/four/five/front_susp",
+           u"one\\two/three\\four/five\\front_susp",
+           u"one/two\\three/four\\five/front_susp",
+       }) {
+    EXPECT_EQ(file_.ParseFileTitle(path), u"front_susp") << ToUtf8(path);
+  }
+}
+
+TEST_F(PathParsingTest, DeliberateSlashIsAnOrdinaryCharacterInFolderAndExtension) {
+  EXPECT_EQ(file_.ParseFileDir(u"a/b"), u"");
+  EXPECT_EQ(file_.ParseFileExt(u"a.b/z"), u"b/z");
+  EXPECT_EQ(file_.ParseFileTitle(u"a.b/z"), u"z");
+}
+
+TEST_F(PathParsingTest, DeliberateNameJoinsTitleAndExtensionOfDifferentSeparators) {
+  EXPECT_EQ(file_.ParseFileName(u"a.b/z"), u"z.b/z");
+}
+
+struct EnsuredPath {
+  TextView path;
+  TextView extension;
+  TextView expected;
+};
+
+constexpr EnsuredPath kEnsuredPaths[] = {
+    {u"D:\\Zelmora\\front_susp.tx", u"txt", u"D:\\Zelmora\\front_susp.txt"},
+    {u"D:\\Zelmora\\front_susp", u"txt", u"D:\\Zelmora\\front_susp.txt"},
+    {u"D:\\Zelmora\\front_susp.", u"txt", u"D:\\Zelmora\\front_susp.txt"},
+    {u"front_susp", u"txt", u"front_susp.txt"},
+    {u"D:\\Zelmora\\front.susp.", u"txt", u"D:\\Zelmora\\front.susp.txt"},
+    {u"D:\\Zelmora\\front.susp.txt", u"dat", u"D:\\Zelmora\\front.susp.dat"},
+    {u"front_susp.txt", u"TXT", u"front_susp.txt"},
+    {u"FRONT_SUSP.TXT", u"txt", u"FRONT_SUSP.TXT"},
+    {u"a.", u"", u"a."},
+    {u"a", u"", u"a."},
+    {u"a.txt", u"", u"a."},
+    {u".", u"txt", u".txt"},
+    {u"a.tar", u"tar.gz", u"a.tar.gz"},
+};
+
+TEST_F(PathParsingTest, EnsuresAnExtension) {
+  for (const EnsuredPath& row : kEnsuredPaths) {
+    EXPECT_EQ(file_.EnsureExtension(row.path, row.extension), row.expected) << ToUtf8(row.path);
+  }
+}
+
+TEST_F(PathParsingTest, DeliberateDotOfAFolderCountsAsTheExtensionsDot) {
+  EXPECT_EQ(file_.EnsureExtension(u"D:\\x.y\\name", u"txt"), u"D:\\x.txt");
+}
+
+TEST_F(PathParsingTest, DeliberateExtensionOfSeveralPartsIsAppendedAgain) {
+  EXPECT_EQ(file_.EnsureExtension(u"a.tar.gz", u"tar.gz"), u"a.tar.tar.gz");
+}
+
+TEST_F(PathParsingTest, DeliberatePathThatIsTheExtensionStaysUnchanged) {
+  EXPECT_EQ(file_.EnsureExtension(u"Txt", u"txt"), u"Txt");
+}
+
+TEST_F(PathParsingTest, EnsuringAnExtensionOfTheEmptyPathIsError9) {
+  try {
+    file_.EnsureExtension(u"", u"txt");
+    FAIL() << "no error was raised";
+  } catch (const LibraryError& error) {
+    EXPECT_EQ(error.Number(), 9);
+    EXPECT_EQ(error.Source(), u"");
+    EXPECT_EQ(error.Description(), u"Subscript out of range");
+  }
+}
+
+}  // namespace
+}  // namespace vorquill21
