@@ -1,0 +1,435 @@
+#include "vorquill21/text/string.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <random>
+#include <vector>
+
+#include "tests/support/fake_platform.hpp"
+#include "vorquill21/text/string_self_test.hpp"
+
+namespace vorquill21 {
+namespace {
+
+template <typename Operation>
+std::int32_t ErrorOf(Operation operation) {
+  try {
+    operation();
+  } catch (const LibraryError& error) {
+    return error.Number();
+  }
+  return 0;
+}
+
+Variant Texts(std::vector<Text> elements) {
+  return BoundedArray<Text>(std::move(elements));
+}
+
+Variant Variants(std::vector<Variant> elements) {
+  return BoundedArray<Variant>(std::move(elements));
+}
+
+/// Numbers of a fixed random sequence.
+class Random {
+ public:
+  explicit Random(unsigned seed) : engine_(seed) {}
+
+  /// 0 to `end` - 1.
+  unsigned Below(unsigned end) { return static_cast<unsigned>(engine_() % end); }
+
+ private:
+  std::mt19937 engine_;
+};
+
+class CStringTest : public testing::Test {
+ protected:
+  test::FakePlatform fake;
+  CString strings{fake.platform};
+};
+
+// --- MidBracketed ----------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, MidBracketedTakesTheTextBetweenTheFirstBrackets) {
+  struct Row {
+    TextView text, open, close, expected;
+  };
+  const Row rows[] = {
+      {u"q;lwefj;alf<goodbit>poaifasf", u"<", u">", u"goodbit"},
+      {u"q;lwefj;alf'goodbit'poaifasf", u"'", u"'", u"goodbit"},
+      {u"a<b<c>d>", u"<", u">", u"b<c"},
+      {u"<>", u"<", u">", u""},
+      {u"a>b<c>d", u"<", u">", u"c"},
+      {u"abc", u"<", u">", u""},
+      {u"a<bc", u"<", u">", u""},
+      {u"a>b<c", u"<", u">", u""},
+      {u"'", u"'", u"'", u""},
+      {u"", u"<", u">", u""},
+  };
+  for (const Row& row : rows) EXPECT_EQ(strings.MidBracketed(row.text, row.open, row.close), row.expected);
+}
+
+TEST_F(CStringTest, DeliberateMidBracketedWithoutOpeningBracketStartsAtTheStart) {
+  EXPECT_EQ(strings.MidBracketed(u"abc>d", u"<", u">"), u"abc");
+}
+
+TEST_F(CStringTest, DeliberateMidBracketedKeepsTheRestOfALongerOpeningBracket) {
+  EXPECT_EQ(strings.MidBracketed(u"a<<b>>c", u"<<", u">>"), u"<b");
+  EXPECT_EQ(strings.MidBracketed(u"aBEGINbENDc", u"BEGIN", u"END"), u"EGINb");
+  EXPECT_EQ(strings.MidBracketed(u"aaab", u"aaa", u"a"), u"")
+      << "the closing one may overlap the opening one";
+}
+
+TEST_F(CStringTest, MidBracketedFindsAnEmptyBracketAtTheStartPosition) {
+  EXPECT_EQ(strings.MidBracketed(u"abc>d", u"", u">"), u"bc");
+  EXPECT_EQ(strings.MidBracketed(u"a<bc", u"<", u""), u"");
+  EXPECT_EQ(strings.MidBracketed(u"abc", u"", u""), u"");
+  EXPECT_EQ(strings.MidBracketed(u"", u"", u""), u"");
+  EXPECT_EQ(strings.MidBracketed(u"ab<", u"<", u""), u"");
+}
+
+TEST_F(CStringTest, MidBracketedComparesExactly) {
+  EXPECT_EQ(strings.MidBracketed(u"axbXcYdy", u"X", u"Y"), u"c");
+}
+
+// --- ReplaceMulti ----------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, ReplaceMultiReplacesEachRunOnce) {
+  struct Row {
+    TextView original, find, replacement, expected;
+  };
+  const Row rows[] = {
+      {u"", u"", u"", u""},
+      {u"aaaa", u"", u"", u"aaaa"},
+      {u"aaaa", u"", u"x", u"aaaa"},
+      {u"aaaa", u"a", u"", u""},
+      {u"aaabaaaba", u"a", u"x", u"xbxbx"},
+      {u"abab", u"ab", u"-", u"-"},
+      {u"", u"a", u"x", u""},
+      {u"a", u"ab", u"x", u"a"},
+      {u"xaxbx", u"a", u"", u"xxbx"},
+      {u"one  two   three ", u" ", u" ", u"one two three "},
+      {u"a\r\n\r\nb\r\n", u"\r\n", u"<br>", u"a<br>b<br>"},
+      {u"aAa", u"a", u"-", u"-A-"},
+      {u"aabb", u"ab", u"", u"ab"},
+      {u"aXa", u"X", u"aXa", u"aaXaa"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(strings.ReplaceMulti(row.original, row.find, row.replacement), row.expected);
+  }
+}
+
+TEST_F(CStringTest, DeliberateReplaceMultiRemovesDoublesBeforeItReplaces) {
+  EXPECT_EQ(strings.ReplaceMulti(u"aaaaa", u"aa", u"x"), u"xa");
+  EXPECT_EQ(strings.ReplaceMulti(u"ababaaba", u"aba", u"x"), u"xba")
+      << "the doubled one at its end goes first";
+  EXPECT_EQ(strings.ReplaceMulti(u"ababababab", u"abab", u"x"), u"xab");
+}
+
+Text ReplaceAll(TextView text, TextView find, TextView replacement) {
+  Text result;
+  std::size_t from = 0;
+  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
+    result.append(text.substr(from, at - from)).append(replacement);
+  }
+  return result.append(text.substr(from));
+}
+
+/// The steps as they are prescribed, pass by pass.
+Text ReplaceMultiStepByStep(TextView original, TextView find, TextView replacement) {
+  Text text(original);
+  if (find.empty()) return text;
+  for (Text before; before != text;) {
+    before = text;
+    text = ReplaceAll(before, Text(find).append(find), find);
+  }
+  return ReplaceAll(text, find, replacement);
+}
+
+/// Number `index` of the texts of `length` units out of "a" and "b".
+Text TextOfTwoLetters(unsigned index, std::size_t length) {
+  Text text;
+  for (; text.size() < length; index /= 2) text += index % 2 == 0 ? u'a' : u'b';
+  return text;
+}
+
+TEST_F(CStringTest, ReplaceMultiFollowsTheStepsForAllShortTextsOfTwoLetters) {
+  for (std::size_t findLength = 1; findLength <= 4; ++findLength) {
+    for (unsigned findIndex = 0; findIndex < 1u << findLength; ++findIndex) {
+      const Text find = TextOfTwoLetters(findIndex, findLength);
+      for (std::size_t length = 0; length <= 12; ++length) {
+        for (unsigned index = 0; index < 1u << length; ++index) {
+          const Text text = TextOfTwoLetters(index, length);
+          ASSERT_EQ(strings.ReplaceMulti(text, find, u"x"), ReplaceMultiStepByStep(text, find, u"x"))
+              << ToUtf8(text) << ", " << ToUtf8(find);
+        }
+      }
+    }
+  }
+}
+
+TEST_F(CStringTest, ReplaceMultiFollowsTheStepsForRandomTexts) {
+  Random random(5);
+  const auto randomText = [&random](std::size_t length, unsigned letters) {
+    Text text;
+    while (text.size() < length) text += static_cast<char16_t>(u'a' + random.Below(letters));
+    return text;
+  };
+  for (int round = 0; round < 20000; ++round) {
+    const unsigned letters = 1 + random.Below(3);
+    const Text find = randomText(1 + random.Below(9), letters);
+    Text text;
+    for (std::size_t parts = random.Below(40); parts > 0; --parts) {
+      text += random.Below(2) == 0 ? find : randomText(random.Below(12), letters);
+    }
+    const Text replacement = randomText(random.Below(12), 3);
+    ASSERT_EQ(strings.ReplaceMulti(text, find, replacement), ReplaceMultiStepByStep(text, find, replacement))
+        << ToUtf8(text) << ", " << ToUtf8(find);
+  }
+}
+
+TEST_F(CStringTest, ReplaceMultiOfALongRepetitionTakesLinearTime) {
+  const Text repetition(1'000'001, u'a');
+  EXPECT_EQ(strings.ReplaceMulti(repetition, u"aa", u"x"), u"xa");
+  EXPECT_EQ(strings.ReplaceMulti(repetition, Text(500'000, u'a'), u"x"), u"xa");
+  EXPECT_EQ(strings.ReplaceMulti(repetition, u"a", u"x"), u"x");
+}
+
+// --- RTrimMulti ------------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, RTrimMultiRemovesTrailingCharactersOfASet) {
+  struct Row {
+    TextView original;
+    std::vector<Variant> characters;
+    TextView expected;
+  };
+  const Row rows[] = {
+      {u"   mid   ", {u""}, u"   mid   "},
+      {u"   mid   ", {u" "}, u"   mid"},
+      {u"   midx", {u"x"}, u"   mid"},
+      {u"   midxyz", {u"y", u"z"}, u"   midx"},
+      {u"   midxyz", {u"z", u"y"}, u"   midx"},
+      {u"xxx", {u"x"}, u""},
+      {u"xX", {u"x"}, u"xX"},
+      {u"abab", {u"ab", u"bab"}, u"abab"},
+      {u"abc", {}, u"abc"},
+      {u"", {u"x"}, u""},
+      {u"", {}, u""},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(strings.RTrimMulti(row.original, BoundedArray<Variant>(row.characters)), row.expected);
+  }
+}
+
+TEST_F(CStringTest, RTrimMultiReadsTheBoundsOfTheSet) {
+  EXPECT_EQ(strings.RTrimMulti(u"midxy", BoundedArray<Variant>({Variant(u"x"), Variant(u"y")}, -7)), u"mid");
+}
+
+TEST_F(CStringTest, DeliberateRTrimMultiRemovesTwoCharactersWhenTwoEntriesEqualTheLast) {
+  EXPECT_EQ(strings.RTrimMulti(u"abcx", BoundedArray<Variant>({Variant(u"x"), Variant(u"x")})), u"ab");
+  EXPECT_EQ(ErrorOf([&] {
+              strings.RTrimMulti(u"x", BoundedArray<Variant>({Variant(u"x"), Variant(u"x")}));
+            }),
+            kInvalidProcedureCall);
+}
+
+TEST_F(CStringTest, RTrimMultiOfTheEmptyTextWithAnEmptyEntryIsAnError) {
+  for (const Variant& empty : {Variant(u""), Variant()}) {
+    const BoundedArray<Variant> set({empty});
+    const BoundedArray<Variant> setWithBlank({Variant(u" "), empty});
+    EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"", set); }), kInvalidProcedureCall);
+    EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"  ", setWithBlank); }), kInvalidProcedureCall);
+    EXPECT_EQ(strings.RTrimMulti(u"x  ", setWithBlank), u"x");
+  }
+}
+
+TEST_F(CStringTest, RTrimMultiEntriesThatAreNumbersEqualNoText) {
+  const std::vector<Variant> numbers{1, 1.0, true, false};
+  EXPECT_EQ(strings.RTrimMulti(u"True1", BoundedArray<Variant>(numbers)), u"True1");
+  EXPECT_EQ(strings.RTrimMulti(u"", BoundedArray<Variant>(numbers)), u"");
+}
+
+TEST_F(CStringTest, RTrimMultiEntriesThatCannotBeComparedAreErrors) {
+  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variant(Missing{})})); }),
+            kTypeMismatch);
+  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variants({u"a"})})); }),
+            kTypeMismatch);
+  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>()); }), kSubscriptOutOfRange);
+  EXPECT_EQ(ErrorOf([&] {
+              strings.RTrimMulti(u"a", BoundedArray<Variant>(Bounds{0, 1}, Bounds{0, 1}));
+            }),
+            kSubscriptOutOfRange);
+}
+
+// --- Split5 ----------------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, Split5SplitsAtTheDelimiter) {
+  EXPECT_EQ(strings.Split5(u"x y z"), Texts({u"x", u"y", u"z"}));
+  EXPECT_EQ(strings.Split5(u"x"), Texts({u"x"}));
+  EXPECT_EQ(strings.Split5(u"a, b,c", u", "), Texts({u"a", u"b,c"}));
+  EXPECT_EQ(strings.Split5(u"aaa", u"aa"), Texts({u"", u"a"}));
+  EXPECT_EQ(strings.Split5(u"  a  b "), Texts({u"", u"", u"a", u"", u"b"}));
+}
+
+TEST_F(CStringTest, DeliberateSplit5HasNoEmptyElementAfterADelimiterAtTheEnd) {
+  EXPECT_EQ(strings.Split5(u"a,", u","), Texts({u"a"}));
+  EXPECT_EQ(strings.Split5(u",", u","), Texts({u""}));
+  EXPECT_EQ(strings.Split5(u",a", u","), Texts({u"", u"a"}));
+}
+
+TEST_F(CStringTest, DeliberateSplit5DropsWhatIsBeyondTheLimit) {
+  EXPECT_EQ(strings.Split5(u"x y z", u" ", 2), Texts({u"x", u"y"}));
+  EXPECT_EQ(strings.Split5(u"x y z", u" ", 1), Texts({u"x"}));
+  EXPECT_EQ(strings.Split5(u"x y z", u" ", 3), Texts({u"x", u"y", u"z"}));
+  EXPECT_EQ(strings.Split5(u"x y z", u" ", std::numeric_limits<std::int32_t>::max()),
+            Texts({u"x", u"y", u"z"}));
+  EXPECT_EQ(strings.Split5(u"x y z", u" ", -2), Texts({u"x", u"y", u"z"}));
+}
+
+TEST_F(CStringTest, Split5LeavesOutEmptyElements) {
+  EXPECT_EQ(strings.Split5(u"  a  b ", u" ", -1, kCompareExact, true), Texts({u"a", u"b"}));
+  EXPECT_EQ(strings.Split5(u"  a  b  c", u" ", 2, kCompareExact, true), Texts({u"a", u"b"}));
+}
+
+TEST_F(CStringTest, Split5OfTheEmptyTextIsOneEmptyElement) {
+  EXPECT_EQ(strings.Split5(u""), Texts({u""}));
+  EXPECT_EQ(strings.Split5(u"", u"", 0, 7, true), Texts({u""}));
+}
+
+TEST_F(CStringTest, Split5WithoutElementsIsOutOfRange) {
+  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u" ", 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u"", 0, 7, true); }), kSubscriptOutOfRange);
+  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"   ", u" ", -1, kCompareExact, true); }), kSubscriptOutOfRange);
+}
+
+TEST_F(CStringTest, Split5ComparesIgnoringCaseWhenAskedTo) {
+  EXPECT_EQ(strings.Split5(u"axbXc", u"x", -1, kCompareIgnoringCase), Texts({u"a", u"b", u"c"}));
+  EXPECT_EQ(strings.Split5(u"axbXc", u"x"), Texts({u"a", u"bXc"}));
+  EXPECT_EQ(strings.Split5(u"aÉeéX", u"éE", -1, 1), Texts({u"a", u"éX"}));
+  EXPECT_EQ(strings.Split5(u"XxaxxbX", u"x", 2, 1, true), Texts({u"a", u"b"}));
+}
+
+TEST_F(CStringTest, Split5WithAnotherCompareMethodIsAnError) {
+  for (const std::int32_t method : {2, -1, std::numeric_limits<std::int32_t>::min()}) {
+    EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a b", u" ", -1, method); }), kInvalidProcedureCall);
+  }
+}
+
+TEST_F(CStringTest, DeliberateSplit5AtTheEmptyDelimiterFillsUpToTheLimit) {
+  EXPECT_EQ(strings.Split5(u"abc", u"", 3), Texts({u"", u"", u""}));
+  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"abc", u""); }), kInvalidProcedureCall);
+  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"abc", u"", 3, kCompareExact, true); }), kInvalidProcedureCall);
+}
+
+/// The elements as the steps of Split5 give them, one search at a time.
+std::vector<Text> Split5StepByStep(const Text& text, const Text& delimiter, std::int32_t limit,
+                                   bool skipEmpty) {
+  std::vector<Text> elements;
+  std::size_t from = 0;
+  while (from < text.size() && static_cast<std::int64_t>(elements.size()) != limit) {
+    std::size_t found = text.find(delimiter, from);
+    if (found == Text::npos) found = text.size();
+    if (!(skipEmpty && found == from)) elements.push_back(text.substr(from, found - from));
+    from = found + delimiter.size();
+  }
+  return elements;
+}
+
+TEST_F(CStringTest, SplitsFollowTheStepsForRandomTextsOfEveryLength) {
+  Random random(8);
+  for (int round = 0; round < 20000; ++round) {
+    Text text(1 + random.Below(300), u'\0');
+    const unsigned letters = 1 + random.Below(5);
+    for (char16_t& unit : text) unit = static_cast<char16_t>(u'a' + random.Below(letters));
+    const Text delimiter = TextOfTwoLetters(random.Below(16), 1 + random.Below(4));
+    const auto limit = static_cast<std::int32_t>(random.Below(20)) - 10;
+    const bool skipEmpty = random.Below(2) == 0;
+    const std::vector<Text> expected = Split5StepByStep(text, delimiter, limit, skipEmpty);
+    if (expected.empty()) {
+      ASSERT_EQ(ErrorOf([&] { strings.Split5(text, delimiter, limit, 0, skipEmpty); }), kSubscriptOutOfRange);
+    } else {
+      ASSERT_EQ(strings.Split5(text, delimiter, limit, 0, skipEmpty), Texts(expected));
+      ASSERT_EQ(strings.Split5(text, UpperCase(delimiter), limit, 1, skipEmpty), Texts(expected));
+    }
+
+    std::vector<Text> everywhere = Split5StepByStep(text, delimiter, -1, false);
+    std::size_t units = everywhere.size() * delimiter.size();
+    for (const Text& element : everywhere) units += element.size();
+    if (units == text.size()) everywhere.emplace_back();  // the last element is followed by a delimiter
+    ASSERT_EQ(strings.SplitMulti(text, delimiter), Texts(everywhere));
+    std::erase(everywhere, Text());
+    const Variant expectedVariants =
+        everywhere.empty() ? Variant(BoundedArray<Variant>(Bounds{0, 100}))
+                           : Variants(std::vector<Variant>(everywhere.begin(), everywhere.end()));
+    ASSERT_EQ(strings.SplitMulti(text, delimiter, true), expectedVariants);
+  }
+}
+
+// --- SplitMulti ------------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, SplitMultiSplitsEverywhere) {
+  EXPECT_EQ(strings.SplitMulti(u"1 2 3 4", u"", false), Texts({u"1 2 3 4"}));
+  EXPECT_EQ(strings.SplitMulti(u"1 2 3 4", u" ", false), Texts({u"1", u"2", u"3", u"4"}));
+  EXPECT_EQ(strings.SplitMulti(u"1 2  3 4"), Texts({u"1", u"2", u"", u"3", u"4"}));
+  EXPECT_EQ(strings.SplitMulti(u",a,", u","), Texts({u"", u"a", u""}));
+  EXPECT_EQ(strings.SplitMulti(u",", u","), Texts({u"", u""}));
+  EXPECT_EQ(strings.SplitMulti(u"a, b,c", u", "), Texts({u"a", u"b,c"}));
+  EXPECT_EQ(strings.SplitMulti(u"axbXc", u"x"), Texts({u"a", u"bXc"}));
+}
+
+TEST_F(CStringTest, SplitMultiOfTheEmptyTextIsTheArrayWithoutElements) {
+  for (const TextView delimiter : {u" ", u""}) {
+    const Variant elements = strings.SplitMulti(u"", delimiter);
+    EXPECT_EQ(elements, Variant(BoundedArray<Text>::Empty()));
+    EXPECT_EQ(ArrayBounds(elements), (Bounds{0, -1}));
+  }
+}
+
+TEST_F(CStringTest, SplitMultiLeavesOutEmptyElements) {
+  EXPECT_EQ(strings.SplitMulti(u"1 2  3 4", u" ", true), Variants({u"1", u"2", u"3", u"4"}));
+  EXPECT_EQ(strings.SplitMulti(u"  a ", u" ", true), Variants({u"a"}));
+  EXPECT_EQ(strings.SplitMulti(u"a b", u"", true), Variants({u"a b"}));
+}
+
+TEST_F(CStringTest, SplitMultiWithMoreThanAHundredElementsKeepsThemAll) {
+  for (const std::int32_t count : {100, 101, 102, 201, 202, 1000}) {
+    Text text;
+    for (std::int32_t i = 0; i < count; ++i) text += u" x";
+    const Variant elements = strings.SplitMulti(text, u" ", true);
+    EXPECT_EQ(ArrayBounds(elements), (Bounds{0, count - 1}));
+    EXPECT_EQ(ArrayElement(elements, count - 1), Variant(u"x"));
+  }
+}
+
+TEST_F(CStringTest, DeliberateSplitMultiWithNothingLeftReturnsAHundredAndOneEmpties) {
+  const Variant empties = BoundedArray<Variant>(Bounds{0, 100});
+  EXPECT_EQ(strings.SplitMulti(u"   ", u" ", true), empties);
+  EXPECT_EQ(strings.SplitMulti(u"", u" ", true), empties);
+  EXPECT_EQ(strings.SplitMulti(u"", u"", true), empties);
+}
+
+// --- Self-test -------------------------------------------------------------------------------------------
+
+TEST_F(CStringTest, SelfTestPassesAndAppendsNothing) {
+  FailedTests failedTests{u"earlier"};
+  EXPECT_EQ(strings.SelfTest_Main(failedTests), Variant());
+  EXPECT_EQ(failedTests, FailedTests{u"earlier"});
+}
+
+/// Gets every answer wrong.
+struct WrongStrings {
+  Text MidBracketed(TextView, TextView, TextView) const { return u"wrong"; }
+  Text ReplaceMulti(TextView, TextView, TextView) const { return u"wrong"; }
+  Text RTrimMulti(TextView, const BoundedArray<Variant>&) const { return u"wrong"; }
+  Variant SplitMulti(TextView, TextView, bool) const { return Texts({u"wrong", u"wrong", u"wrong"}); }
+};
+
+TEST(CStringSelfTest, DeliberateTheCheckOfMidBracketedFailsUnderAnotherName) {
+  FailedTests failedTests;
+  RunStringChecks(WrongStrings(), failedTests);
+  EXPECT_EQ(failedTests, (FailedTests{u"SelfTest_CommandLineArgumentsParse", u"SelfTest_ReplaceMulti",
+                                      u"SelfTest_SplitMulti", u"SelfTest_RTrimMulti"}));
+}
+
+}  // namespace
+}  // namespace vorquill21
