@@ -20,8 +20,8 @@ const Text& SampleText() {
     std::uint32_t state = 1;
     while (sample.size() < kLength) {
       state = state * 1664525 + 1013904223;
-      const std::string line =
-          "-" + std::to_string(state >> 8) + "." + std::to_string(state & 0xFF) + "\t\r\n";
+      const double value = static_cast<double>(state) / 256 - 8e6;
+      const std::string line = std::to_string(value) + "\t\r\n";
       sample.append(line.begin(), line.end());
     }
     sample.resize(kLength);
