@@ -24,6 +24,7 @@ class ArrayView {
  public:
   /// `count` elements from `data` on; the first one has the index `lower`.
   ArrayView(T* data, std::size_t count, std::int32_t lower = 0) : data_(data) {
+    if (count == 0) return;
     const std::int64_t upper = lower + static_cast<std::int64_t>(count) - 1;
     if (upper > std::numeric_limits<std::int32_t>::max()) throw LibraryError(kSubscriptOutOfRange);
     bounds_ = {lower, static_cast<std::int32_t>(upper)};

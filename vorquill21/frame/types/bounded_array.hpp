@@ -42,11 +42,10 @@ class BoundedArray {
   /// One dimension, from `lower` on, taking over the elements; with no elements the same as Empty().
   explicit BoundedArray(std::vector<T> elements, std::int32_t lower = 0) : elements_(std::move(elements)) {
     if (elements_.empty()) lower = 0;
-    const std::size_t most =
-        static_cast<std::size_t>(std::numeric_limits<std::int32_t>::max() - std::int64_t{lower}) + 1;
-    if (elements_.size() > most) throw LibraryError(kSubscriptOutOfRange);
+    const std::int64_t upper = lower + static_cast<std::int64_t>(elements_.size()) - 1;
+    if (upper > std::numeric_limits<std::int32_t>::max()) throw LibraryError(kSubscriptOutOfRange);
     rank_ = 1;
-    bounds_[0] = {lower, static_cast<std::int32_t>(lower + static_cast<std::int64_t>(elements_.size()) - 1)};
+    bounds_[0] = {lower, static_cast<std::int32_t>(upper)};
   }
 
   /// The array without elements: one dimension, bounds 0 to -1.
@@ -74,7 +73,7 @@ class BoundedArray {
   void ReDimPreserve(std::int32_t upper) {
     if (rank_ == 0) return ReDim({0, upper});
     if (rank_ != 1 || upper < bounds_[0].lower) throw LibraryError(kSubscriptOutOfRange);
-    const auto count = static_cast<std::size_t>(Bounds{bounds_[0].lower, upper}.Count());
+    const std::size_t count = Product(1, Bounds{bounds_[0].lower, upper});
     TranslatingMemoryErrors([&] { elements_.resize(count); });
     bounds_[0].upper = upper;
   }
@@ -98,14 +97,19 @@ class BoundedArray {
  private:
   using AllBounds = std::array<Bounds, 3>;
 
+  /// `count` times the number of indices; error 7 when memory cannot hold as many elements.
+  static std::size_t Product(std::size_t count, Bounds dimension) {
+    const auto extent = static_cast<std::uint64_t>(dimension.Count());
+    if (count > std::numeric_limits<std::size_t>::max() / extent) throw LibraryError(kOutOfMemory);
+    return static_cast<std::size_t>(count * extent);
+  }
+
   void Replace(int rank, const AllBounds& bounds) {
     std::size_t count = 1;
     for (int d = 0; d < rank; ++d) {
       const Bounds& dimension = bounds[static_cast<std::size_t>(d)];
       if (dimension.upper < dimension.lower) throw LibraryError(kSubscriptOutOfRange);
-      const auto extent = static_cast<std::size_t>(dimension.Count());
-      if (count > std::numeric_limits<std::size_t>::max() / extent) throw LibraryError(kOutOfMemory);
-      count *= extent;
+      count = Product(count, dimension);
     }
     std::vector<T> elements = TranslatingMemoryErrors([&] { return std::vector<T>(count); });
     elements_ = std::move(elements);

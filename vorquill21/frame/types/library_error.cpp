@@ -18,8 +18,19 @@ LibraryError::LibraryError(std::int32_t number, Text source, Text description) {
       Content{number, std::move(source), std::move(description), std::move(what)});
 }
 
-LibraryError::LibraryError(RuntimeErrorNumber number)
-    : LibraryError(number, Text(), Text(RuntimeErrorDescription(number))) {}
+LibraryError::LibraryError(RuntimeErrorNumber number) {
+  // When memory has run out there may be none left for saying so.
+  static const LibraryError outOfMemory(kOutOfMemory, Text(), Text(RuntimeErrorDescription(kOutOfMemory)));
+  *this = number == kOutOfMemory ? outOfMemory
+                                 : LibraryError(number, Text(), Text(RuntimeErrorDescription(number)));
+}
+
+namespace {
+
+/// Makes the error of a lack of memory while there is some.
+const LibraryError kMadeBeforehand(kOutOfMemory);
+
+}  // namespace
 
 std::int32_t LibraryError::Number() const noexcept {
   return content_->number;

@@ -40,6 +40,11 @@ class VORQUILL21_API LibraryError : public std::exception {
   /// An error of the runtime: no source, and the standard description of `number`.
   explicit LibraryError(RuntimeErrorNumber number);
 
+  // Copied even where it could be moved: an error is whole as long as it lives.
+  LibraryError(const LibraryError&) noexcept = default;
+  LibraryError& operator=(const LibraryError&) noexcept = default;
+  ~LibraryError() override = default;
+
   std::int32_t Number() const noexcept;
   const Text& Source() const noexcept;
   const Text& Description() const noexcept;

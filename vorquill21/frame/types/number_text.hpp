@@ -10,11 +10,12 @@
 
 namespace vorquill21 {
 
-/// Room that the text of any number needs.
-inline constexpr std::size_t kNumberTextCapacity = 24;
+/// Room that WriteNumber needs. A text has 22 units at the most, but the digits are written sixteen at a
+/// time.
+inline constexpr std::size_t kNumberTextCapacity = 40;
 
-/// Writes the text of `value` and returns the position after its last unit; `out` has room for
-/// kNumberTextCapacity units.
+/// Writes the text of `value` and returns the position after its last unit. `out` has room for
+/// kNumberTextCapacity units; those after the text are left with anything.
 ///
 /// The number is rounded to 15 significant digits (the exact decimal value of the double, a half to the even
 /// digit), without trailing zeros and without a bare separator. Exponents from -5 down and from 15 up are
@@ -36,6 +37,19 @@ VORQUILL21_API Text NumberToText(std::int32_t value);
 /// a half to even; what lies beyond the largest double is no number, what lies below the smallest is 0.
 VORQUILL21_API std::optional<double> TextToNumber(TextView text, char16_t decimalSeparator) noexcept;
 VORQUILL21_API std::optional<double> TextToNumber(std::string_view text, char decimalSeparator) noexcept;
+
+/// What ParseNumber found.
+template <typename Unit>
+struct ParsedNumber {
+  double value;     ///< the number; 0 when there is none, infinite (with its sign) beyond the largest double
+  const Unit* end;  ///< after the last unit of the number; where it began when there is none
+};
+
+/// Reads the longest number of the form above that stands at `begin`, without white space around it.
+VORQUILL21_API ParsedNumber<char16_t> ParseNumber(const char16_t* begin, const char16_t* end,
+                                                  char16_t decimalSeparator) noexcept;
+VORQUILL21_API ParsedNumber<char> ParseNumber(const char* begin, const char* end,
+                                              char decimalSeparator) noexcept;
 
 /// The number that `text` begins with: leading blanks are skipped, then the longest prefix of the form above
 /// with the separator "." counts; 0 when there is none. Beyond the largest double is error 6.
