@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/memory_files.hpp"
+#include "vorquill21/platform/code_page.hpp"
 #include "vorquill21/platform/platform.hpp"
 
 namespace vorquill21::test {
@@ -47,6 +48,9 @@ class ChosenLocale : public Locale {
   char16_t decimalSeparator = u'.';
   Text shortTime = u"09:05";
   Text shortDate = u"21/11/2026";
+
+ private:
+  CodePage codePage_{Windows1252Units()};
 };
 
 class FixedProcess : public Process {

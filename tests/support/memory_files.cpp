@@ -1,25 +1,39 @@
 #include "tests/support/memory_files.hpp"
 
 #include <algorithm>
-#include <cstring>
 #include <stdexcept>
 
 #include "vorquill21/frame/types/library_error.hpp"
+#include "vorquill21/platform/wildcard.hpp"
 
 namespace vorquill21::test {
 namespace {
 
-constexpr TextView kWildcards = u"*?";
-
-Text Normalised(TextView path) {
-  Text normal(path);
-  std::ranges::replace(normal, u'\\', u'/');
-  while (!normal.empty() && normal.back() == u'/') normal.pop_back();
-  return normal;
+bool HasDrive(TextView path) {
+  if (path.size() < 2 || path[1] != u':') return false;
+  const char16_t letter = UpperCase(path[0]);
+  return letter >= u'A' && letter <= u'Z';
 }
 
-bool HasDrive(const Text& path) {
-  return path.size() >= 2 && path[1] == u':';
+bool EndsInSeparator(TextView path) {
+  return path.ends_with(u'\\') || path.ends_with(u'/');
+}
+
+void RefuseNul(TextView path) {
+  if (path.find(u'\0') != TextView::npos) throw LibraryError(kBadFileName);
+}
+
+/// One "/" before each part of the path, which begins at the root; a drive stays at the front.
+Text Normalised(TextView path) {
+  Text normal;
+  bool atSeparator = !HasDrive(path);
+  for (const char16_t unit : path) {
+    const bool isSeparator = unit == u'\\' || unit == u'/';
+    if (!isSeparator && atSeparator) normal += u'/';
+    if (!isSeparator) normal += unit;
+    atSeparator = isSeparator;
+  }
+  return normal;
 }
 
 Text ParentOf(const Text& path) {
@@ -29,17 +43,6 @@ Text ParentOf(const Text& path) {
 
 Text NameOf(const Text& path) {
   return path.substr(path.rfind(u'/') + 1);
-}
-
-bool MatchesWildcards(TextView name, TextView pattern) {
-  if (pattern.empty()) return name.empty();
-  if (pattern.front() == u'*') {
-    return MatchesWildcards(name, pattern.substr(1)) ||
-           (!name.empty() && MatchesWildcards(name.substr(1), pattern));
-  }
-  if (name.empty()) return false;
-  const bool fits = pattern.front() == u'?' || UpperCase(pattern.front()) == UpperCase(name.front());
-  return fits && MatchesWildcards(name.substr(1), pattern.substr(1));
 }
 
 }  // namespace
@@ -77,12 +80,13 @@ void MemoryFiles::RequireParent(const Text& path) {
 }
 
 std::vector<DirectoryEntry> MemoryFiles::List(TextView pattern) {
+  RefuseNul(pattern);
+  std::vector<DirectoryEntry> entries;
+  if (pattern.empty() || EndsInSeparator(pattern) || HasDrive(pattern)) return entries;
   const Text sought = Normalised(pattern);
   const Text folder = ParentOf(sought);
   const Text lastPart = NameOf(sought);
-  std::vector<DirectoryEntry> entries;
-  if (lastPart.empty() || (pattern.back() == u'\\' || pattern.back() == u'/')) return entries;
-  const bool hasWildcards = lastPart.find_first_of(kWildcards) != Text::npos;
+  const bool hasWildcards = HasWildcards(lastPart);
   for (const auto& [path, node] : nodes_) {
     const Text name = NameOf(path);
     if (path.empty() || ParentOf(path) != folder) continue;
@@ -94,36 +98,33 @@ std::vector<DirectoryEntry> MemoryFiles::List(TextView pattern) {
 }
 
 bool MemoryFiles::FolderExists(TextView path) {
-  if (path.empty()) return false;
+  if (path.empty() || HasDrive(path)) return false;
   const Node* node = Find(Normalised(path));
   return node != nullptr && node->isFolder;
 }
 
-std::unique_ptr<ByteReader> MemoryFiles::OpenForReading(TextView path) {
+Text MemoryFiles::PathOfFile(TextView path) {
+  RefuseNul(path);
+  if (path.empty()) throw LibraryError(kBadFileName);
   const Text normal = Normalised(path);
-  if (normal.find(u'\0') != Text::npos) throw LibraryError(kBadFileName);
+  if (FolderExists(path)) throw LibraryError(kPermissionDenied);
+  if (EndsInSeparator(path)) throw LibraryError(kPathNotFound);
   RequireParent(normal);
-  const Node* node = Find(normal);
+  return normal;
+}
+
+std::unique_ptr<ByteReader> MemoryFiles::OpenForReading(TextView path) {
+  const Node* node = Find(PathOfFile(path));
   if (node == nullptr) throw LibraryError(kFileNotFound);
-  if (node->isFolder) throw LibraryError(kPermissionDenied);
   return std::make_unique<Reader>(*this, node->bytes);
 }
 
-MemoryFiles::Node& MemoryFiles::FileForWriting(TextView path) {
-  const Text normal = Normalised(path);
-  if (normal.find(u'\0') != Text::npos) throw LibraryError(kBadFileName);
-  RequireParent(normal);
-  Node& node = nodes_[normal];
-  if (node.isFolder) throw LibraryError(kPermissionDenied);
-  return node;
-}
-
 void MemoryFiles::Replace(TextView path, std::string_view bytes) {
-  FileForWriting(path).bytes = bytes;
+  nodes_[PathOfFile(path)].bytes = bytes;
 }
 
 void MemoryFiles::Append(TextView path, std::string_view bytes) {
-  FileForWriting(path).bytes += bytes;
+  nodes_[PathOfFile(path)].bytes += bytes;
 }
 
 void MemoryFiles::Delete(TextView pattern) {
@@ -138,6 +139,7 @@ void MemoryFiles::Delete(TextView pattern) {
 }
 
 void MemoryFiles::MakeFolder(TextView path) {
+  RefuseNul(path);
   const Text normal = Normalised(path);
   if (normal.empty() || Find(normal) != nullptr) throw LibraryError(kPathFileAccess);
   RequireParent(normal);
@@ -145,9 +147,9 @@ void MemoryFiles::MakeFolder(TextView path) {
 }
 
 void MemoryFiles::RemoveFolder(TextView path) {
+  RefuseNul(path);
+  if (!FolderExists(path)) throw LibraryError(kPathNotFound);
   const Text normal = Normalised(path);
-  const Node* node = Find(normal);
-  if (node == nullptr || !node->isFolder) throw LibraryError(kPathNotFound);
   const bool hasContent =
       std::ranges::any_of(nodes_, [&](const auto& entry) { return ParentOf(entry.first) == normal; });
   if (normal.empty() || hasContent) throw LibraryError(kPathFileAccess);

@@ -7,9 +7,10 @@
 
 namespace vorquill21::test {
 
-/// A file system in memory that keeps the promises of Files. It has one root; "/" and "\" both separate
-/// folders, names match exactly, and a path that begins with a drive letter names a missing drive. Names that
-/// begin with "." are hidden.
+/// A file system in memory that keeps the promises of Files. It has one root, where every path begins; "/"
+/// and
+/// "\" both separate folders, plain names match exactly, and a path that begins with a drive letter names a
+/// missing drive. Names that begin with "." are hidden.
 class MemoryFiles : public Files {
  public:
   std::vector<DirectoryEntry> List(TextView pattern) override;
@@ -38,7 +39,7 @@ class MemoryFiles : public Files {
 
   Node* Find(const Text& path);
   void RequireParent(const Text& path);
-  Node& FileForWriting(TextView path);
+  Text PathOfFile(TextView path);
 
   // Paths with "/" as separator, without a final one; the root is the empty path.
   std::map<Text, Node> nodes_{{Text(), Node{true, {}}}};

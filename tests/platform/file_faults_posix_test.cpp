@@ -1,0 +1,450 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/platform/faulty_calls_posix.hpp"
+#include "tests/platform/system_posix.hpp"
+#include "tests/support/raised_number.hpp"
+#include "tests/support/temporary_folder.hpp"
+#include "vorquill21/platform/error_posix.hpp"
+#include "vorquill21/platform/files_posix.hpp"
+
+namespace vorquill21 {
+namespace {
+
+using test::ContentOf;
+using test::FaultyCalls;
+using test::NamesIn;
+using test::RaisedNumber;
+using test::WriteContent;
+
+const std::string kOld = "the old content, which is longer than the new one";
+const std::string kNew = "the new content";
+
+/// A folder to work in and the way to its files.
+class Workplace {
+ public:
+  std::string Folder() const { return folder_.Path().string(); }
+  std::string At(const std::string& name) const { return Folder() + '/' + name; }
+  Text Below(const std::string& name) const { return FromUtf8(At(name)); }
+
+  std::string ContentOrMissing(const std::string& name) const {
+    return std::filesystem::exists(At(name)) ? ContentOf(At(name)) : kMissing;
+  }
+
+  static inline const std::string kMissing = "(missing)";
+
+ private:
+  test::TemporaryFolder folder_;
+};
+
+/// One operation on files in a certain state.
+struct Scenario {
+  const char* name;
+  std::function<void(const Workplace&)> prepare;
+  std::function<void(Files&, const Workplace&)> operate;
+  std::function<std::string(const Workplace&)> state;  // what the operation changes, as one text
+  std::string before;
+  std::string after;
+  std::vector<std::string> names;  // that may be in the folder at any time
+  bool inPlace = false;            // a failure may leave a mixture of both contents
+};
+
+std::string Content(const Workplace& place) {
+  return place.ContentOrMissing("a");
+}
+
+std::string ContentOfTarget(const Workplace& place) {
+  return place.ContentOrMissing("folder/target");
+}
+
+std::string NameList(const Workplace& place) {
+  std::string list;
+  for (const std::string& name : NamesIn(place.Folder())) list += name + ' ';
+  return list;
+}
+
+std::string Nothing(const Workplace&) {
+  return {};
+}
+
+void Replace(Files& files, const Workplace& place) {
+  files.Replace(place.Below("a"), kNew);
+}
+
+void Append(Files& files, const Workplace& place) {
+  files.Append(place.Below("a"), kNew);
+}
+
+void MakeOldFile(const Workplace& place) {
+  WriteContent(place.At("a"), kOld);
+}
+
+void MakeLink(const Workplace& place) {
+  std::filesystem::create_directory(place.At("folder"));
+  std::filesystem::create_symlink("folder/target", place.At("a"));
+}
+
+void MakeLinkToOldFile(const Workplace& place) {
+  MakeLink(place);
+  WriteContent(place.At("folder/target"), kOld);
+}
+
+void MakeFileOfTwoNames(const Workplace& place) {
+  MakeOldFile(place);
+  std::filesystem::create_hard_link(place.At("a"), place.At("b"));
+}
+
+void MakeTwoFiles(const Workplace& place) {
+  MakeOldFile(place);
+  WriteContent(place.At("b"), kOld);
+}
+
+std::vector<Scenario> Scenarios() {
+  const std::string missing = Workplace::kMissing;
+  return {
+      {"Replace a missing file", [](auto&) {}, Replace, Content, missing, kNew, {"a"}},
+      {"Replace", MakeOldFile, Replace, Content, kOld, kNew, {"a"}},
+      {"Replace through a link", MakeLinkToOldFile, Replace, ContentOfTarget, kOld, kNew, {"a", "folder"}},
+      {"Replace through a link to nothing",
+       MakeLink,
+       Replace,
+       ContentOfTarget,
+       missing,
+       kNew,
+       {"a", "folder"}},
+      {"Replace in place", MakeFileOfTwoNames, Replace, Content, kOld, kNew, {"a", "b"}, true},
+      {"Append to a missing file", [](auto&) {}, Append, Content, missing, kNew, {"a"}},
+      {"Append", MakeOldFile, Append, Content, kOld, kOld + kNew, {"a"}},
+      {"Append through a link to nothing", MakeLink, Append, ContentOfTarget, missing, kNew, {"a", "folder"}},
+      {"Delete",
+       MakeOldFile,
+       [](Files& files, auto& place) { files.Delete(place.Below("a")); },
+       Content,
+       kOld,
+       missing,
+       {"a"}},
+      {"Make a folder",
+       [](auto&) {},
+       [](Files& files, auto& place) { files.MakeFolder(place.Below("new")); },
+       NameList,
+       "",
+       "new ",
+       {"new"}},
+      {"Remove a folder",
+       [](auto& place) { std::filesystem::create_directory(place.At("old")); },
+       [](Files& files, auto& place) { files.RemoveFolder(place.Below("old")); },
+       NameList,
+       "old ",
+       "",
+       {"old"}},
+      {"Read",
+       MakeOldFile,
+       [](Files& files, auto& place) { EXPECT_EQ(ReadWholeFile(files, place.Below("a")), kOld); },
+       Nothing,
+       "",
+       "",
+       {"a"}},
+      {"List by wildcard",
+       MakeTwoFiles,
+       [](Files& files, auto& place) { EXPECT_EQ(files.List(place.Below("*")).size(), 2u); },
+       Nothing,
+       "",
+       "",
+       {"a", "b"}},
+      {"List a link to nothing",
+       MakeLink,
+       [](Files& files, auto& place) { EXPECT_EQ(files.List(place.Below("a")).size(), 1u); },
+       Nothing,
+       "",
+       "",
+       {"a", "folder"}},
+  };
+}
+
+/// What the operation did when it met a fault, or was to meet one.
+struct Outcome {
+  std::string met;
+  std::int32_t number = 0;
+};
+
+/// Runs the operation of a scenario with one fault and checks what must hold in any case.
+Outcome RunWithFault(const Scenario& scenario, FaultyCalls calls) {
+  const Workplace place;
+  scenario.prepare(place);
+  const std::size_t descriptors = test::OpenDescriptors();
+  PosixFiles files(calls);
+  const Outcome outcome{{}, RaisedNumber([&] { scenario.operate(files, place); })};
+
+  EXPECT_EQ(test::OpenDescriptors(), descriptors);
+  for (const std::string& name : NamesIn(place.Folder())) {
+    EXPECT_NE(std::ranges::find(scenario.names, name), scenario.names.end()) << name;
+  }
+  const std::string state = scenario.state(place);
+  const bool isWhole = state == scenario.before || state == scenario.after;
+  EXPECT_TRUE(isWhole || (scenario.inPlace && outcome.number != 0)) << state;
+  EXPECT_TRUE(outcome.number != 0 || state == scenario.after) << state;
+  return {calls.Met(), outcome.number};
+}
+
+/// Runs the operation of a scenario with a fault in the 1st, 2nd, ... call until none is met.
+std::vector<Outcome> RunWithEachFault(const Scenario& scenario, FaultyCalls::Fault fault, int code) {
+  std::vector<Outcome> outcomes;
+  for (int at = 1;; ++at) {
+    SCOPED_TRACE(std::string(scenario.name) + ", fault " + std::to_string(at) + ", code " +
+                 std::to_string(code));
+    const Outcome outcome = RunWithFault(scenario, FaultyCalls(fault, at, code));
+    if (outcome.met.empty()) {
+      EXPECT_EQ(outcome.number, 0);
+      return outcomes;
+    }
+    outcomes.push_back(outcome);
+  }
+}
+
+/// The calls whose failure harms nobody: they are made for the best only, or on what was read alone.
+bool MayFailInSilence(const Scenario& scenario, const std::string& met) {
+  const std::string_view name = scenario.name;
+  if (met.starts_with("SetOwner") || met.starts_with("Reserve") || met.starts_with("CloseListing"))
+    return true;
+  if (name == "Read") return met.starts_with("Close");
+  // The file is closed first, and what else was open is closed after it.
+  return name.starts_with("Replace") && met.starts_with("Close") && met != "Close 1";
+}
+
+TEST(FileFaultsTest, AFailureOfTheDeviceInAnyCallIsError57) {
+  std::size_t faults = 0;
+  for (const Scenario& scenario : Scenarios()) {
+    const auto outcomes = RunWithEachFault(scenario, FaultyCalls::kFailure, EIO);
+    EXPECT_FALSE(outcomes.empty()) << scenario.name;
+    for (const Outcome& outcome : outcomes) {
+      const bool silent = MayFailInSilence(scenario, outcome.met);
+      EXPECT_EQ(outcome.number, silent ? 0 : kDeviceInputOutput) << scenario.name << ": " << outcome.met;
+    }
+    faults += outcomes.size();
+  }
+  std::printf("%zu faults met\n", faults);
+}
+
+TEST(FileFaultsTest, EveryCodeInAnyCallIsItsNumberOrHarmless) {
+  for (const int code : {ENOSPC, EDQUOT, EMFILE, ENFILE, ENOMEM, EFBIG}) {
+    for (const Scenario& scenario : Scenarios()) {
+      for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kFailure, code)) {
+        const bool noRoom = RuntimeErrorOf(code, Subject::kFile) == kDiskFull;
+        const bool isReservation = outcome.met.starts_with("Reserve");
+        const bool silent = MayFailInSilence(scenario, outcome.met) && !(isReservation && noRoom);
+        EXPECT_EQ(outcome.number, silent ? 0 : RuntimeErrorOf(code, Subject::kFile))
+            << scenario.name << ": " << outcome.met << ", code " << code;
+      }
+    }
+  }
+}
+
+TEST(FileFaultsTest, ARefusalInAnyCallIsAPermissionErrorOrGoesAnotherWay) {
+  for (const int code : {EACCES, EPERM, EROFS}) {
+    for (const Scenario& scenario : Scenarios()) {
+      for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kFailure, code)) {
+        const bool expected =
+            outcome.number == 0 || outcome.number == kPermissionDenied || outcome.number == kPathFileAccess;
+        EXPECT_TRUE(expected) << scenario.name << ": " << outcome.met << " gives " << outcome.number;
+      }
+    }
+  }
+}
+
+TEST(FileFaultsTest, AMissingNameInAnyCallIsANumberOfItsOwn) {
+  for (const int code : {ENOENT, ENOTDIR}) {
+    for (const Scenario& scenario : Scenarios()) {
+      // What has gone meanwhile is no find of a listing.
+      if (std::string_view(scenario.name).starts_with("List")) continue;
+      for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kFailure, code)) {
+        // A link that seems to be none, and then is one, is refused in one way or another.
+        const bool expected = outcome.number == 0 || outcome.number == kFileNotFound ||
+                              outcome.number == kPathNotFound || outcome.met.starts_with("ReadLink");
+        EXPECT_TRUE(expected) << scenario.name << ": " << outcome.met << " gives " << outcome.number;
+      }
+    }
+  }
+}
+
+TEST(FileFaultsTest, AnInterruptedCallIsMadeAgain) {
+  std::size_t faults = 0;
+  for (const Scenario& scenario : Scenarios()) {
+    for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kInterruption, EINTR)) {
+      EXPECT_EQ(outcome.number, 0) << scenario.name << ": " << outcome.met;
+      ++faults;
+    }
+  }
+  EXPECT_GT(faults, 30u);
+}
+
+TEST(FileFaultsTest, AShortReadOrReplacingWriteGoesOn) {
+  std::size_t faults = 0;
+  for (const Scenario& scenario : Scenarios()) {
+    if (std::string_view(scenario.name).starts_with("Append")) continue;
+    for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kShortCount, 0)) {
+      EXPECT_EQ(outcome.number, 0) << scenario.name << ": " << outcome.met;
+      ++faults;
+    }
+  }
+  EXPECT_GE(faults, 6u);
+}
+
+TEST(FileFaultsTest, AShortAppendIsCutBackAndReported) {
+  std::size_t faults = 0;
+  for (const Scenario& scenario : Scenarios()) {
+    if (!std::string_view(scenario.name).starts_with("Append")) continue;
+    for (const Outcome& outcome : RunWithEachFault(scenario, FaultyCalls::kShortCount, 0)) {
+      EXPECT_EQ(outcome.number, kDiskFull) << scenario.name << ": " << outcome.met;
+      ++faults;
+    }
+  }
+  EXPECT_EQ(faults, 3u);
+}
+
+TEST(FileFaultsTest, AFailureWhileWritingInPlaceLeavesTheOldLength) {
+  class BreakingCalls : public FileCalls {
+   public:
+    ssize_t Write(int file, const char* bytes, std::size_t size) override {
+      if (++writes_ == 1) return FileCalls::Write(file, bytes, size / 2);
+      errno = EIO;
+      return -1;
+    }
+
+   private:
+    int writes_ = 0;
+  };
+  for (const std::string& content : {std::string("0123456789"), std::string(100, 'x')}) {
+    const Workplace place;
+    MakeFileOfTwoNames(place);
+    BreakingCalls calls;
+    PosixFiles files(calls);
+    EXPECT_EQ(RaisedNumber([&] { files.Replace(place.Below("a"), content); }), kDeviceInputOutput);
+    const std::size_t written = std::min(content.size() / 2, kOld.size());
+    EXPECT_EQ(ContentOf(place.At("b")), content.substr(0, written) + kOld.substr(written));
+  }
+}
+
+TEST(FileFaultsTest, AnErrorBeforeTheFirstByteInPlaceLeavesTheOldContent) {
+  const Workplace place;
+  MakeFileOfTwoNames(place);
+  for (int at = 1;; ++at) {
+    FaultyCalls calls(FaultyCalls::kFailure, at, ENOSPC);
+    PosixFiles files(calls);
+    const auto number = RaisedNumber([&] { Replace(files, place); });
+    ASSERT_EQ(number, kDiskFull) << calls.Met();
+    EXPECT_EQ(ContentOf(place.At("b")), kOld) << calls.Met();
+    if (calls.Met() == "Write 1") return;
+  }
+}
+
+/// Another process acts just before a call is made.
+class BusySystem : public FileCalls {
+ public:
+  explicit BusySystem(std::function<void()> act) : act_(std::move(act)) {}
+
+  int Status(int file, struct stat& status) override {
+    ActOnce();
+    return FileCalls::Status(file, status);
+  }
+  int Unlink(const char* path) override {
+    ActOnce();
+    return FileCalls::Unlink(path);
+  }
+  ssize_t Write(int file, const char* bytes, std::size_t size) override {
+    if (!writesHalf) return FileCalls::Write(file, bytes, size);
+    const ssize_t count = FileCalls::Write(file, bytes, size / 2);
+    ActOnce();
+    return count;
+  }
+
+  bool writesHalf = false;
+
+ private:
+  void ActOnce() {
+    if (const auto act = std::exchange(act_, nullptr)) act();
+  }
+
+  std::function<void()> act_;
+};
+
+TEST(FileFaultsTest, AFileThatIsReplacedByAnotherMeanwhileIsReplacedAgain) {
+  const Workplace place;
+  MakeOldFile(place);
+  BusySystem calls([&] {
+    WriteContent(place.At("b"), "of the other");
+    std::filesystem::rename(place.At("b"), place.At("a"));
+  });
+  PosixFiles files(calls);
+  Replace(files, place);
+  EXPECT_EQ(ContentOf(place.At("a")), kNew);
+}
+
+TEST(FileFaultsTest, AFileThatIsDeletedByAnotherMeanwhileIsDeletedAllTheSame) {
+  const Workplace place;
+  MakeTwoFiles(place);
+  BusySystem calls([&] { std::filesystem::remove(place.At("a")); });
+  PosixFiles files(calls);
+  files.Delete(place.Below("*"));
+  EXPECT_TRUE(NamesIn(place.Folder()).empty());
+}
+
+TEST(FileFaultsTest, WhatAnotherAppendsBehindAShortAppendIsNotCutOff) {
+  const Workplace place;
+  MakeOldFile(place);
+  BusySystem calls([&] {
+    FileCalls plainCalls;
+    PosixFiles(plainCalls).Append(place.Below("a"), "of the other");
+  });
+  calls.writesHalf = true;
+  PosixFiles files(calls);
+  EXPECT_EQ(RaisedNumber([&] { Append(files, place); }), kDiskFull);
+  EXPECT_TRUE(ContentOf(place.At("a")).ends_with("of the other"));
+}
+
+TEST(FileFaultsTest, AnAppendIsOneWrite) {
+  class CountingCalls : public FileCalls {
+   public:
+    ssize_t Write(int file, const char* bytes, std::size_t size) override {
+      ++writes;
+      return FileCalls::Write(file, bytes, size);
+    }
+    int writes = 0;
+  };
+  const Workplace place;
+  CountingCalls calls;
+  PosixFiles files(calls);
+  files.Append(place.Below("a"), std::string(5'000'000, 'x'));
+  EXPECT_EQ(calls.writes, 1);
+}
+
+TEST(ErrorTest, EachCodeOfTheSystemHasItsNumber) {
+  struct Case {
+    int code;
+    std::int32_t ofFile;
+    std::int32_t ofFolder;
+  };
+  const Case cases[] = {
+      {EINVAL, 52, 52},  {ENAMETOOLONG, 52, 52}, {ELOOP, 52, 52},  {EILSEQ, 52, 52}, {ENOENT, 53, 76},
+      {ENOTDIR, 76, 76}, {EACCES, 70, 75},       {EPERM, 70, 75},  {EROFS, 70, 75},  {EISDIR, 70, 75},
+      {EBUSY, 70, 75},   {ETXTBSY, 70, 75},      {EXDEV, 70, 75},  {EEXIST, 75, 75}, {ENOTEMPTY, 75, 75},
+      {EMLINK, 75, 75},  {ENOSPC, 61, 61},       {EDQUOT, 61, 61}, {EFBIG, 61, 61},  {EMFILE, 67, 67},
+      {ENFILE, 67, 67},  {ENOMEM, 7, 7},         {ENOBUFS, 7, 7},  {EIO, 57, 57},    {ENXIO, 57, 57},
+      {0, 57, 57},
+  };
+  for (const Case& each : cases) {
+    EXPECT_EQ(RuntimeErrorOf(each.code, Subject::kFile), each.ofFile) << each.code;
+    EXPECT_EQ(RuntimeErrorOf(each.code, Subject::kFolder), each.ofFolder) << each.code;
+  }
+}
+
+}  // namespace
+}  // namespace vorquill21

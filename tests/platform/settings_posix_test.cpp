@@ -1,0 +1,170 @@
+#include "vorquill21/platform/settings_posix.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <string>
+
+#include "tests/platform/system_posix.hpp"
+#include "tests/support/faulty_platform.hpp"
+#include "tests/support/memory_files.hpp"
+#include "tests/support/raised_number.hpp"
+#include "tests/support/temporary_folder.hpp"
+#include "vorquill21/platform/files_posix.hpp"
+#include "vorquill21/platform/settings_document.hpp"
+
+namespace vorquill21 {
+namespace {
+
+using test::ContentOf;
+using test::RaisedNumber;
+using test::ScopedVariable;
+using test::WriteContent;
+
+TEST(SettingsDocumentTest, IsTextThatPeopleCanRead) {
+  SettingsDocument document;
+  document.Put(u"Import Settings", u"HeaderRow", u"1");
+  document.Put(u"Import Settings", u"Delimiter", u"\t");
+  document.Put(u"Other", u"Name", u" \u00E4 \\ \r\n=");
+  EXPECT_EQ(document.ToBytes(),
+            "[Import Settings]\n"
+            "HeaderRow=1\n"
+            "Delimiter=\\t\n"
+            "[Other]\n"
+            "Name=\\u0020\xC3\xA4 \\\\ \\r\\n=\n");
+}
+
+TEST(SettingsDocumentTest, WhatPeopleWriteIsReadInAnyLayout) {
+  const SettingsDocument document(
+      "ignored=1\r\n"
+      "\r\n"
+      "  [ Import Settings ]  \r\n"
+      "# HeaderRow=7\r\n"
+      "; HeaderRow=8\n"
+      "\t HeaderRow \t=  2 \r\n"
+      "headerrow=3\n"
+      "Path=C:\\data\\new \\u00e4\\u12 \\x \\\n"
+      "Empty=\n"
+      "[Other]\n"
+      "HeaderRow=4\n"
+      "[IMPORT SETTINGS]\n"
+      "Late=5");
+  EXPECT_EQ(document.Find(u"Import Settings", u"HeaderRow"), u"2");
+  EXPECT_EQ(document.Find(u"import settings", u"Path"), u"C:\\data\new \u00E4\\u12 \\x \\");
+  EXPECT_EQ(document.Find(u"Import Settings", u"Empty"), u"");
+  EXPECT_EQ(document.Find(u"Other", u"HeaderRow"), u"4");
+  EXPECT_EQ(document.Find(u"Import Settings", u"Late"), u"5");
+  EXPECT_EQ(document.Find(u"Import Settings", u"ignored"), std::nullopt);
+  EXPECT_EQ(document.Find(u"Import Settings", u"# HeaderRow"), std::nullopt);
+  EXPECT_EQ(document.Find(u"Missing", u"HeaderRow"), std::nullopt);
+}
+
+TEST(SettingsDocumentTest, ChangingAValueKeepsEveryOtherLine) {
+  SettingsDocument document("# mine\r\n\n[A]\nk = 1\n; why\nnonsense\n\n[B]\nk=2\n");
+  document.Put(u"a", u"K", u"new");
+  document.Put(u"A", u"l", u"added");
+  document.Put(u"B", u"m", u"added");
+  document.Put(u"C", u"k", u"added");
+  EXPECT_EQ(document.ToBytes(),
+            "# mine\r\n\n[A]\nK=new\nl=added\n; why\nnonsense\n\n[B]\nk=2\nm=added\n[C]\nk=added\n");
+}
+
+TEST(SettingsDocumentTest, EveryUnitSurvivesInNamesAndValues) {
+  SettingsDocument document;
+  for (unsigned unit = 0; unit < 0x10000;
+       unit += unit < 0x300 || (unit >= 0xD7F0 && unit < 0xE010) ? 1 : 97) {
+    const Text alone(1, static_cast<char16_t>(unit));
+    for (const Text& text : {alone, u"a" + alone, alone + u"a", alone + alone}) {
+      document = {};
+      document.Put(text, text, text);
+      const SettingsDocument reread(document.ToBytes());
+      ASSERT_EQ(reread.Find(text, text), text) << unit;
+    }
+  }
+}
+
+TEST(SettingsFileNameTest, IsSafeAndTheSameInAnyCase) {
+  EXPECT_EQ(SettingsFileName(u"Vorquill21"), u"vorquill21.conf");
+  EXPECT_EQ(SettingsFileName(u"VORQUILL21"), u"vorquill21.conf");
+  EXPECT_EQ(SettingsFileName(u"My_App-2"), u"my_app-2.conf");
+  EXPECT_EQ(SettingsFileName(u"../a b"), u"%002E%002E%002Fa%0020b.conf");
+  EXPECT_EQ(SettingsFileName(u"\u00E4"), SettingsFileName(u"\u00C4"));
+  EXPECT_EQ(SettingsFileName(u""), u".conf");
+}
+
+class PosixSettingsTest : public ::testing::Test {
+ protected:
+  std::string At(const std::string& name) const { return folder_.Path().string() + '/' + name; }
+  Text Get() const { return settings_.Get(u"App", u"S", u"k", u"default"); }
+  void Set(TextView value) { settings_.Set(u"App", u"S", u"k", value); }
+
+  test::TemporaryFolder folder_;
+  ScopedVariable config_{"XDG_CONFIG_HOME", At("made/when/needed").c_str()};
+  FileCalls calls_;
+  PosixFiles files_{calls_};
+  PosixSettings settings_{files_};
+};
+
+TEST_F(PosixSettingsTest, TheFileLiesInTheConfigurationFolder) {
+  EXPECT_EQ(Get(), u"default");
+  EXPECT_FALSE(std::filesystem::exists(At("made")));
+  Set(u"v");
+  EXPECT_EQ(ContentOf(At("made/when/needed/app.conf")), "[S]\nk=v\n");
+  EXPECT_EQ(Get(), u"v");
+  const ScopedVariable noConfig("XDG_CONFIG_HOME", nullptr);
+  const ScopedVariable home("HOME", folder_.Path().c_str());
+  EXPECT_EQ(Get(), u"default");
+  Set(u"w");
+  EXPECT_EQ(ContentOf(At(".config/app.conf")), "[S]\nk=w\n");
+}
+
+TEST_F(PosixSettingsTest, AStoreThatCannotBeReadGivesTheDefaultAndIsNotOverwritten) {
+  Set(u"precious");
+  const std::string path = At("made/when/needed/app.conf");
+  ::chmod(path.c_str(), 0222);
+  for (const char* name : {"", "made", "made/when", "made/when/needed"}) ::chmod(At(name).c_str(), 0777);
+  {
+    const test::AsOrdinaryUser user;
+    EXPECT_EQ(Get(), u"default");
+    EXPECT_EQ(RaisedNumber([&] { Set(u"new"); }), 70);
+  }
+  ::chmod(path.c_str(), 0644);
+  EXPECT_EQ(Get(), u"precious");
+}
+
+TEST_F(PosixSettingsTest, AConfigurationFolderThatIsAFileIsAnError) {
+  WriteContent(At("made"), "x");
+  EXPECT_EQ(Get(), u"default");
+  EXPECT_NE(RaisedNumber([&] { Set(u"v"); }), 0);
+  EXPECT_EQ(ContentOf(At("made")), "x");
+}
+
+TEST(SettingsFaultsTest, AnyFaultOfTheFilesLeavesTheStoreAsItWas) {
+  const ScopedVariable config("XDG_CONFIG_HOME", "/made/when");
+  for (const bool stored : {false, true}) {
+    const Text before = stored ? u"old" : u"default";
+    const int faults = test::ForEachFault(kDeviceInputOutput, [&](test::FaultPlan& plan) {
+      test::MemoryFiles files;
+      PosixSettings plain(files);
+      if (stored) plain.Set(u"App", u"S", u"k", u"old");
+      test::FaultyFiles faulty(files, plan);
+      const auto number = RaisedNumber([&] { PosixSettings(faulty).Set(u"App", u"S", u"k", u"new"); });
+      EXPECT_EQ(number, plan.Hit() ? kDeviceInputOutput : 0);
+      EXPECT_EQ(plain.Get(u"App", u"S", u"k", u"default"), plan.Hit() ? before : u"new");
+      EXPECT_EQ(files.OpenReaders(), 0);
+    });
+    EXPECT_GE(faults, 4) << stored;
+    test::ForEachFault(kDeviceInputOutput, [&](test::FaultPlan& plan) {
+      test::MemoryFiles files;
+      PosixSettings plain(files);
+      plain.Set(u"App", u"S", u"k", u"old");
+      test::FaultyFiles faulty(files, plan);
+      const Text value = PosixSettings(faulty).Get(u"App", u"S", u"k", u"default");
+      EXPECT_EQ(value, plan.Hit() ? u"default" : u"old");
+    });
+  }
+}
+
+}  // namespace
+}  // namespace vorquill21

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "vorquill21/platform/desktop.hpp"
+#include "vorquill21/platform/locale.hpp"
+
+namespace vorquill21 {
+
+/// The desktop of Windows. What its 8-bit calls take and give goes through the code page of `locale`. A
+/// process whose windows nobody can see, such as a service, has no display.
+class WindowsDesktop : public Desktop {
+ public:
+  explicit WindowsDesktop(const Locale& locale) : locale_(locale) {}
+
+  void ShowMessage(TextView text, MessageStyle style, TextView title) override;
+  void Beep() override;
+  std::int32_t OpenDocument(const DocumentRequest& request) override;
+  std::optional<Text> BrowseForFolder(std::int32_t ownerWindow, TextView title) override;
+  std::int32_t SpecialFolder(std::int32_t identifier, Text& path) override;
+
+ private:
+  const Locale& locale_;
+};
+
+}  // namespace vorquill21
