@@ -25,7 +25,7 @@ constexpr std::size_t kChunk = 16;
 
 /// Copies the first `count` units of `source` to `out`. A short piece is copied as a whole chunk where
 /// `source` goes on that long: `out` has room for kChunk units.
-void CopyPiece(TextView source, std::size_t count, char16_t* out) {
+inline void CopyPiece(TextView source, std::size_t count, char16_t* out) {
   if (count <= kChunk && source.size() >= kChunk) {
     source.copy(out, kChunk);
   } else {
