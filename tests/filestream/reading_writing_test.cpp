@@ -1,0 +1,319 @@
+#include "tests/filestream/file_stream_fixture.hpp"
+#include "tests/support/faulty_platform.hpp"
+
+namespace vorquill21 {
+namespace {
+
+using test::ErrorOf;
+using test::FaultPlan;
+using test::ForEachFault;
+using test::NoVersions;
+using test::RaisedError;
+using test::TableOf;
+
+constexpr TextView kPath = u"/library/data.txt";
+
+class CFileStreamFilesTest : public test::WithEachSeparator {
+ protected:
+  std::string Head() const { return "[DEC SEP]\t" + ToUtf8(Separator()) + "\r\n"; }
+};
+VORQUILL21_WITH_EACH_SEPARATOR(CFileStreamFilesTest);
+
+// --- Writing ---------------------------------------------------------------------------------------------
+
+TEST_P(CFileStreamFilesTest, FreshObjectWritesItsTwoRecordsAndALineEnd) {
+  EXPECT_TRUE(stream.FileWrite(kPath));
+  EXPECT_EQ(fake.files.Content(kPath), "[FILEVERSION]\t\r\n" + Head() + "\r\n");
+}
+
+TEST_P(CFileStreamFilesTest, WritingReplacesTheFileAndCompletesTheDocument) {
+  fake.files.Replace(kPath, "something longer than what is written now, so that nothing of it may stay");
+  stream.Initialise(u"V 1", NoVersions());
+  stream.RemoveField(u"FILEVERSION");
+  EXPECT_TRUE(stream.FileWrite(kPath));
+  EXPECT_EQ(fake.files.Content(kPath), Head() + "[FILEVERSION]\tV 1\r\n\r\n");
+  EXPECT_TRUE(stream.FieldExists(u"FILEVERSION"));
+}
+
+TEST_P(CFileStreamFilesTest, DeliberateAppendedRecordsAreShadowedByEarlierOnes) {
+  stream.Initialise(u"V 1", NoVersions());
+  stream.AddField(u"A", 1);
+  EXPECT_TRUE(stream.FileWrite(kPath, true));
+  stream.AddField(u"A", 2);
+  stream.AddField(u"B", 3);
+  EXPECT_TRUE(stream.FileWrite(kPath, true));
+  const std::string head = Head() + "[FILEVERSION]\tV 1\r\n";
+  EXPECT_EQ(fake.files.Content(kPath), head + "[A]\t1\r\n\r\n" + head + "[A]\t2\r\n[B]\t3\r\n\r\n");
+
+  CFileStream other(fake.platform);
+  EXPECT_TRUE(other.FileRead(kPath));
+  EXPECT_EQ(other.GetFieldNumber(u"A"), Variant(1.0));
+  EXPECT_EQ(other.GetFieldNumber(u"B"), Variant(3.0));
+}
+
+TEST_P(CFileStreamFilesTest, TextsAreWrittenInTheCodePage) {
+  stream.AddField(u"Größe", u"€ \u4E2D");
+  stream.FileWrite(kPath);
+  EXPECT_TRUE(
+      fake.files.Content(kPath).starts_with("[Gr\xF6\xDF"
+                                            "e]\t\x80 ?\r\n"));
+}
+
+TEST_P(CFileStreamFilesTest, WritingIntoAMissingFolderRaisesTheErrorUnderItsName) {
+  EXPECT_EQ(
+      ErrorOf([&] { stream.FileWrite(u"/nowhere/data.txt"); }),
+      (RaisedError{kPathNotFound, u"CFileStream.FileWrite",
+                   u"An error occurred while writing file: /nowhere/data.txt\r\nError was: Path not found"}));
+  ExpectMessages({});
+}
+
+TEST_P(CFileStreamFilesTest, EveryFaultOfWritingIsRaisedAndLeavesTheOldFile) {
+  for (const RuntimeErrorNumber number : {kDiskFull, kDeviceInputOutput, kPermissionDenied, kOutOfMemory}) {
+    for (const bool isAppending : {false, true}) {
+      const int faults = ForEachFault(number, [&](FaultPlan& plan) {
+        test::PlatformWithSeparator base(GetParam());
+        base.files.Replace(kPath, "old");
+        test::FaultyPlatform faulty(base.platform, plan);
+        CFileStream writer(faulty.platform);
+        bool isWritten = false;
+        const RaisedError error = ErrorOf([&] { isWritten = writer.FileWrite(kPath, isAppending); });
+
+        EXPECT_EQ(isWritten, !plan.Hit());
+        EXPECT_TRUE(base.desktop.messages.empty());
+        EXPECT_EQ(base.files.OpenReaders(), 0);
+        const Text document = Text(u"[FILEVERSION]\t\r\n[DEC SEP]\t") + Separator() + u"\r\n";
+        if (plan.Hit()) {
+          EXPECT_EQ(error, (RaisedError{number, u"CFileStream.FileWrite",
+                                        Text(u"An error occurred while writing file: /library/data.txt\r\n"
+                                             u"Error was: ")
+                                            .append(RuntimeErrorDescription(number))}));
+          EXPECT_EQ(base.files.Content(kPath), "old");
+        } else {
+          EXPECT_EQ(error, RaisedError{});
+          EXPECT_EQ(base.files.Content(kPath), (isAppending ? "old" : "") + ToUtf8(document) + "\r\n");
+        }
+        EXPECT_TRUE(writer.FieldExists(u"DEC SEP")) << "the document is complete in any case";
+      });
+      EXPECT_EQ(faults, 1);
+    }
+  }
+}
+
+// --- Reading ---------------------------------------------------------------------------------------------
+
+TEST_P(CFileStreamFilesTest, DeliberateFileReadsAsTheDocumentAndOneCr) {
+  stream.Initialise(u"V 1", NoVersions());
+  stream.AddField(u"WORDS", u"Größe €");
+  stream.AddField(u"NUMBER", 1.5);
+  stream.AddTable2d(u"TABLE", TableOf<double>({{1.5, 2}, {3, 0}}));
+  stream.FileWrite(kPath);
+
+  CFileStream other(fake.platform);
+  Text text = u"before";
+  EXPECT_TRUE(other.FileRead(kPath, &text));
+  EXPECT_EQ(text, stream.GetContents() + u"\r");
+  EXPECT_EQ(other.GetContents(), text);
+  EXPECT_EQ(other.GetFieldString(u"WORDS"), Variant(u"Größe €"));
+  EXPECT_EQ(other.GetFieldNumber(u"NUMBER"), Variant(1.5));
+  EXPECT_EQ(other.GetTable2d(u"TABLE"), Variant(TableOf<double>({{1.5, 2}, {3, 0}})));
+  ExpectMessages({});
+}
+
+TEST_P(CFileStreamFilesTest, WritingAndReadingAgainAddsOneLineEndEachTime) {
+  stream.FileWrite(kPath);
+  const std::string first = fake.files.Content(kPath);
+  CFileStream other(fake.platform);
+  other.Initialise(u"V 1", NoVersions());
+  other.FileRead(kPath);
+  other.RemoveField(u"FILEVERSION");
+  other.FileWrite(kPath);
+  EXPECT_EQ(fake.files.Content(kPath), Head() + "\r[FILEVERSION]\tV 1\r\n\r\n") << first;
+}
+
+TEST_P(CFileStreamFilesTest, MissingFileChangesNothing) {
+  stream.SetContents(u"[FILEVERSION]\tV 1\r\n");
+  Text text = u"before";
+  for (const TextView path :
+       {u"/library/missing.txt", u"/nowhere/data.txt", u"/library", u"", u"/library\\"}) {
+    EXPECT_FALSE(stream.FileRead(path, &text));
+    EXPECT_EQ(text, u"");
+  }
+  ExpectMessages({});
+  EXPECT_EQ(stream.FileVersion(), u"V 1");
+}
+
+TEST_P(CFileStreamFilesTest, EmptyFileIsReported) {
+  fake.files.Replace(kPath, "");
+  stream.SetContents(u"[A]\t1\r\n");
+  Text text = u"before";
+  EXPECT_FALSE(stream.FileRead(kPath, &text));
+  EXPECT_EQ(text, u"");
+  EXPECT_TRUE(stream.FieldExists(u"A"));
+  ExpectMessages({u"An error occurred while reading file: /library/data.txt"});
+}
+
+TEST_P(CFileStreamFilesTest, DeliberateLastCharacterOfTheFileIsDropped) {
+  for (const auto& [bytes, expected] :
+       {std::pair("x", u""), {"[A]\t12", u"[A]\t1"}, {"[A]\t1\n", u"[A]\t1"}}) {
+    fake.files.Replace(kPath, bytes);
+    Text text = u"before";
+    EXPECT_TRUE(stream.FileRead(kPath, &text));
+    EXPECT_EQ(text, expected);
+  }
+}
+
+TEST_P(CFileStreamFilesTest, EveryByteIsReadThroughTheCodePage) {
+  std::string bytes;
+  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
+  fake.files.Replace(kPath, bytes + ".");
+  Text text;
+  EXPECT_TRUE(stream.FileRead(kPath, &text));
+  EXPECT_EQ(text, FromCodePage(fake.locale, bytes));
+}
+
+TEST_P(CFileStreamFilesTest, FileOfSeveralBlocksIsReadWhole) {
+  std::string bytes;
+  for (int i = 0; bytes.size() < 1'000'000; ++i)
+    bytes += "[FIELD " + std::to_string(i) + "]\t" + std::to_string(i) + "\r\n";
+  fake.files.Replace(kPath, bytes + "\r\n");
+  Text text;
+  EXPECT_TRUE(stream.FileRead(kPath, &text));
+  EXPECT_EQ(text, FromUtf8(bytes) + u"\r");
+  for (const int i : {0, 1, 777, 40'000}) {
+    EXPECT_EQ(stream.GetFieldNumber(FromUtf8("FIELD " + std::to_string(i))), Variant(double(i)));
+  }
+}
+
+TEST_P(CFileStreamFilesTest, DeliberateReadingKeepsTheCurrentVersionWhereasSettingTakesIt) {
+  fake.files.Replace(kPath, "[FILEVERSION]\tTHEIRS 1\r\n\r\n");
+  stream.Initialise(u"OURS 2", NoVersions());
+  stream.FileRead(kPath);
+  stream.RemoveField(u"FILEVERSION");
+  stream.GetContents();
+  EXPECT_EQ(stream.FileVersion(), u"OURS 2");
+  stream.SetContents(u"[FILEVERSION]\tTHEIRS 1\r\n");
+  stream.RemoveField(u"FILEVERSION");
+  stream.GetContents();
+  EXPECT_EQ(stream.FileVersion(), u"THEIRS 1");
+}
+
+TEST_P(CFileStreamFilesTest, NumbersOfAFileAreReadWithItsSeparator) {
+  for (const std::string separator : {".", ",", ";"}) {
+    fake.files.Replace(kPath, "[DEC SEP]\t" + separator + "\r\n[A]\t1" + separator + "5\r\n\r\n");
+    CFileStream fresh(fake.platform);
+    EXPECT_TRUE(fresh.FileRead(kPath));
+    EXPECT_EQ(fresh.GetFieldNumber(u"A"), Variant(1.5));
+  }
+}
+
+TEST_P(CFileStreamFilesTest, DeliberateSecondFileIsReadWithTheSeparatorOfTheFirst) {
+  fake.files.Replace(kPath, "[DEC SEP]\t;\r\n[A]\t1;5\r\n\r\n");
+  EXPECT_TRUE(stream.FileRead(kPath));
+  EXPECT_EQ(stream.GetFieldNumber(u"A"), Variant(1.5));
+  fake.files.Replace(kPath, "[DEC SEP]\t:\r\n[A]\t1:5\r\n[B]\t1;5\r\n\r\n");
+  EXPECT_TRUE(stream.FileRead(kPath));
+  EXPECT_EQ(stream.GetFieldNumber(u"A"), Variant(0.0));
+  EXPECT_EQ(stream.GetFieldNumber(u"B"), Variant(1.5));
+}
+
+TEST_P(CFileStreamFilesTest, FileWithSeveralSeparatorsIsReadAndReported) {
+  fake.files.Replace(kPath, "[DEC SEP]\t.\t,\r\n[A]\t1\r\n\r\n");
+  Text text;
+  EXPECT_FALSE(stream.FileRead(kPath, &text));
+  ExpectMessages({u"An error occurred while reading file: /library/data.txt"});
+  EXPECT_EQ(text, u"[DEC SEP]\t.\t,\r\n[A]\t1\r\n\r");
+  EXPECT_TRUE(stream.FieldExists(u"A"));
+}
+
+TEST_P(CFileStreamFilesTest, PathMayBeTheTextThatIsFilled) {
+  fake.files.Replace(kPath, "[A]\t1\r\n\r\n");
+  Text text(kPath);
+  EXPECT_TRUE(stream.FileRead(text, &text));
+  EXPECT_EQ(text, u"[A]\t1\r\n\r");
+}
+
+TEST_P(CFileStreamFilesTest, EveryFaultOfReadingIsReportedAndLeavesTheDocument) {
+  for (const RuntimeErrorNumber number :
+       {kDeviceInputOutput, kPermissionDenied, kTooManyFiles, kOutOfMemory}) {
+    int run = 0;
+    const int faults = ForEachFault(number, [&](FaultPlan& plan) {
+      test::PlatformWithSeparator base(GetParam());
+      base.files.Replace(kPath, "[NEW]\t1\r\n\r\n");
+      test::FaultyPlatform faulty(base.platform, plan);
+      CFileStream reader(faulty.platform);
+      reader.SetContents(u"[OLD]\t1\r\n");
+      Text text = u"before";
+      const bool isRead = reader.FileRead(kPath, &text);
+
+      EXPECT_EQ(isRead, !plan.Hit());
+      EXPECT_EQ(text, plan.Hit() ? u"" : u"[NEW]\t1\r\n\r");
+      EXPECT_EQ(reader.FieldExists(u"OLD"), plan.Hit());
+      EXPECT_EQ(base.files.OpenReaders(), 0);
+      const bool wasFound = ++run > 1;
+      std::vector<test::ShownMessage> messages;
+      if (plan.Hit() && wasFound) {
+        messages.push_back(test::ErrorMessage(u"An error occurred while reading file: /library/data.txt"));
+      }
+      EXPECT_EQ(base.desktop.messages, messages);
+    });
+    EXPECT_EQ(faults, 4);  // finding and opening the file, reading it, and seeing its end
+  }
+}
+
+// --- Code pages of several bytes -------------------------------------------------------------------------
+
+/// A code page in which a byte from 80 on takes the next byte with it; both are one unit.
+class TwoByteLocale : public test::ChosenLocale {
+ public:
+  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+      const auto lead = static_cast<unsigned char>(bytes[at]);
+      if (lead < 0x80) {
+        text += lead;
+        ++at;
+        continue;
+      }
+      if (at + 1 == bytes.size()) break;
+      text += static_cast<char16_t>(lead << 8 | static_cast<unsigned char>(bytes[at + 1]));
+      at += 2;
+    }
+    return at;
+  }
+};
+
+class CFileStreamCodePageTest : public ::testing::Test {
+ protected:
+  Text Read(const std::string& bytes) {
+    fake.files.Replace(kPath, bytes);
+    Text text = u"before";
+    EXPECT_TRUE(stream.FileRead(kPath, &text));
+    return text;
+  }
+
+  test::FakePlatform fake;
+  TwoByteLocale locale;
+  Platform platform{fake.files, fake.desktop, locale, fake.process, fake.settings};
+  CFileStream stream{platform};
+};
+
+TEST_F(CFileStreamCodePageTest, CharactersCutByABlockAreReadWhole) {
+  std::string bytes = "x";
+  Text expected = u"x";
+  while (bytes.size() < 400'001) {
+    bytes += "\x81\x42";
+    expected += char16_t{0x8142};
+  }
+  EXPECT_EQ(Read(bytes + "."), expected);
+}
+
+TEST_F(CFileStreamCodePageTest, LastCharacterIsDroppedWhole) {
+  EXPECT_EQ(Read("ab\x81\x42"), u"ab");
+}
+
+TEST_F(CFileStreamCodePageTest, CharacterCutAtTheEndTakesTheFinalNulWithIt) {
+  EXPECT_EQ(Read("ab\x81"), u"a");
+}
+
+}  // namespace
+}  // namespace vorquill21

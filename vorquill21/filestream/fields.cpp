@@ -1,0 +1,190 @@
+#include <algorithm>
+#include <vector>
+
+#include "vorquill21/filestream/bracket_search.hpp"
+#include "vorquill21/filestream/document.hpp"
+#include "vorquill21/filestream/file_stream.hpp"
+#include "vorquill21/filestream/reporting.hpp"
+#include "vorquill21/frame/types/number_text.hpp"
+
+namespace vorquill21 {
+namespace {
+
+constexpr TextView kLineEnd = u"\r\n";
+
+void AppendValue(const Variant& value, char16_t decimalSeparator, Text& text) {
+  if (const Text* words = value.If<Text>()) {
+    text += *words;
+  } else if (const double* number = value.If<double>()) {
+    char16_t units[kNumberTextCapacity];
+    text.append(units, static_cast<std::size_t>(WriteNumber(*number, decimalSeparator, units) - units));
+  } else {
+    text += ToText(value, decimalSeparator);
+  }
+}
+
+TextView WithoutSurroundings(TextView text) noexcept {
+  text.remove_prefix(std::min(text.find_first_not_of(u'\t'), text.size()));
+  const auto isCut = [](char16_t unit) {
+    return unit == u'\r' || unit == u'\n' || unit == u'\t' || unit == u' ';
+  };
+  while (!text.empty() && isCut(text.back())) text.remove_suffix(1);
+  return text;
+}
+
+bool HoldsOneValue(TextView fieldText) noexcept {
+  return !fieldText.empty() && FindUnit(fieldText, 0, u'\t') == fieldText.size();
+}
+
+std::vector<Variant> SplitAtTabs(TextView text) {
+  std::vector<Variant> parts;
+  for (std::size_t from = 0; from <= text.size();) {
+    const std::size_t tab = FindUnit(text, from, u'\t');
+    parts.emplace_back(text.substr(from, tab - from));
+    from = tab + 1;
+  }
+  return parts;
+}
+
+bool IsGap(const Variant& value) {
+  const Text* text = value.If<Text>();
+  return text != nullptr && text->empty();
+}
+
+/// Puts the default's elements where values are empty or missing at the end; `i` tells how far it came.
+void FillGaps(BoundedArray<Variant>& values, const Variant& defaults, std::int32_t& i) {
+  const std::int32_t lastDefault = ArrayBounds(defaults).upper;
+  for (i = 0; i <= values.UpperBound(); ++i) {
+    if (IsGap(values(i))) values(i) = ArrayElement(defaults, i);
+  }
+  for (; i <= lastDefault; ++i) {
+    Variant element = ArrayElement(defaults, i);
+    values.ReDimPreserve(i);
+    values(i) = std::move(element);
+  }
+}
+
+/// Replaces the elements by what `convert` makes of them.
+template <typename T, typename Convert>
+Variant Converted(BoundedArray<T> array, Convert convert) {
+  for (std::int32_t i = array.LowerBound(); i <= array.UpperBound(); ++i) array(i) = convert(array(i));
+  return array;
+}
+
+/// The same elements in an array that can hold values of any kind.
+BoundedArray<Variant> AsVariants(const BoundedArray<Text>& texts) {
+  std::vector<Variant> elements;
+  for (std::int32_t i = texts.LowerBound(); i <= texts.UpperBound(); ++i) elements.emplace_back(texts(i));
+  return BoundedArray<Variant>(std::move(elements), texts.LowerBound());
+}
+
+/// The index as decimal text with a blank for its sign.
+Text WithSignPlace(std::int32_t index) {
+  return Text(u" ") + NumberToText(index);
+}
+
+}  // namespace
+
+void CFileStream::AddField(TextView asFieldName, const Variant& avFieldValues) {
+  const auto add = [&] {
+    RemoveField(asFieldName);
+    Document::Draft record(*msFileStream);
+    Text& line = record.Target();
+    line += u'[';
+    line += asFieldName;
+    line += u']';
+    if (avFieldValues.IsArray()) {
+      const std::int32_t upper = ArrayBounds(avFieldValues).upper;
+      for (std::int32_t i = 0; i <= upper; ++i) {
+        line += u'\t';
+        AppendValue(ArrayElement(avFieldValues, i), msSystemDecSep, line);
+      }
+    } else {
+      line += u'\t';
+      AppendValue(avFieldValues, msSystemDecSep, line);
+    }
+    line += kLineEnd;
+    record.Add();
+    return true;
+  };
+  ReportingErrors(platform_, mbQuiet, false, add, [&](const LibraryError&) {
+    return Text(u"An error occurred while adding field: ").append(asFieldName).append(u" to the filestream");
+  });
+}
+
+Variant CFileStream::GetFieldString(TextView asFieldName, const Variant& avDefaultValues) {
+  return TranslatingMemoryErrors([&] {
+    const TextView fieldText = GetField(asFieldName).value_or(TextView());
+    return ValuesOrDefault(fieldText, avDefaultValues).value_or(Variant());
+  });
+}
+
+Variant CFileStream::GetFieldNumber(TextView asFieldName, const Variant& avDefaultValues) {
+  return TranslatingMemoryErrors([&]() -> Variant {
+    const TextView fieldText = GetField(asFieldName).value_or(TextView());
+    if (HoldsOneValue(fieldText)) return TextToNumber(fieldText);
+    std::optional<Variant> values = ValuesOrDefault(fieldText, avDefaultValues);
+    if (!values) return {};
+    if (values->IsArray()) return ArrayToNumbers(*values);
+    return VariantToNumber(*values);
+  });
+}
+
+std::optional<Variant> CFileStream::ValuesOrDefault(TextView fieldText, const Variant& defaults) {
+  std::int32_t i = 0;
+  const auto combine = [&]() -> std::optional<Variant> {
+    if (fieldText.empty()) return defaults.IsMissing() ? Variant(Text()) : defaults;
+    if (HoldsOneValue(fieldText)) return Variant(fieldText);
+    BoundedArray<Variant> values(SplitAtTabs(fieldText));
+    if (defaults.IsArray()) FillGaps(values, defaults, i);
+    return Variant(std::move(values));
+  };
+  return ReportingErrors(platform_, mbQuiet, std::optional<Variant>(), combine, [&](const LibraryError&) {
+    return Text(u"An error occurred while getting sub field: ") + WithSignPlace(i);
+  });
+}
+
+Variant CFileStream::ArrayToNumbers(const Variant& array) {
+  const auto toNumber = [this](const Variant& element) { return VariantToNumber(element); };
+  if (const auto* doubles = array.If<BoundedArray<double>>()) return Converted(*doubles, toNumber);
+  if (const auto* texts = array.If<BoundedArray<Text>>()) return Converted(AsVariants(*texts), toNumber);
+  return Converted(array.As<BoundedArray<Variant>>(), toNumber);
+}
+
+bool CFileStream::RemoveField(TextView asFieldName) {
+  const auto remove = [&] {
+    const std::optional<FieldPosition> field = FindField(asFieldName);
+    if (field) msFileStream->Remove(*field);
+    return field.has_value();
+  };
+  return ReportingErrors(platform_, mbQuiet, false, remove, [&](const LibraryError&) {
+    return Text(u"An error occurred while removing field: ").append(asFieldName);
+  });
+}
+
+bool CFileStream::FieldExists(TextView asFieldName) {
+  return GetField(asFieldName).has_value();
+}
+
+std::optional<FieldPosition> CFileStream::FindField(TextView asFieldName) {
+  const auto find = [&] { return msFileStream->Find(asFieldName); };
+  return ReportingErrors(platform_, mbQuiet, std::optional<FieldPosition>(), find, [&](const LibraryError&) {
+    return Text(u"An error occurred while finding field: ").append(asFieldName);
+  });
+}
+
+std::optional<TextView> CFileStream::GetField(TextView asFieldName) {
+  const auto get = [&]() -> std::optional<TextView> {
+    const std::optional<FieldPosition> field = FindField(asFieldName);
+    if (!field) return std::nullopt;
+    return WithoutSurroundings(msFileStream->TextOf(*field));
+  };
+  return ReportingErrors(platform_, mbQuiet, std::optional<TextView>(), get, [&](const LibraryError& error) {
+    return Text(u"An error occurred while getting field: ")
+        .append(asFieldName)
+        .append(u"\r\nError was: ")
+        .append(error.Description());
+  });
+}
+
+}  // namespace vorquill21

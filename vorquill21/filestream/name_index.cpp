@@ -1,0 +1,125 @@
+#include "vorquill21/filestream/name_index.hpp"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+#include "vorquill21/filestream/bracket_search.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
+
+namespace vorquill21 {
+namespace {
+
+constexpr std::size_t kFewestSlots = 16;
+
+/// Mixes four units at a time by multiplication, which spreads each bit upwards, and folds the upper half
+/// down.
+std::uint32_t HashOf(TextView name) noexcept {
+  constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;  // odd, without a pattern in its bits
+  using Step = std::array<char16_t, 4>;
+  std::uint64_t hash = name.size();
+  const auto mix = [&hash](const Step& units) {
+    hash = (hash ^ std::bit_cast<std::uint64_t>(units)) * kMultiplier;
+    hash ^= hash >> 32;
+  };
+  for (; name.size() >= Step().size(); name.remove_prefix(Step().size())) {
+    mix({name[0], name[1], name[2], name[3]});
+  }
+  Step rest{};
+  std::ranges::copy(name, rest.begin());
+  mix(rest);
+  return static_cast<std::uint32_t>(hash);
+}
+
+/// Calls `visit(at, name)` for each "[name]" from position `from` on whose name holds no bracket.
+template <typename Visit>
+void ForEachName(TextView text, std::size_t from, Visit visit) {
+  for (std::size_t at = FindUnit(text, from, u'['); at < text.size();) {
+    const std::size_t end = FindBracket(text, at + 1);
+    if (end < text.size() && text[end] == u']') visit(at, text.substr(at + 1, end - at - 1));
+    at = FindUnit(text, end, u'[');
+  }
+}
+
+}  // namespace
+
+void NameIndex::Build(TextView text) {
+  std::ranges::fill(slots_, Slot());
+  usedSlots_ = 0;
+  Add(text, 0);
+}
+
+void NameIndex::Add(TextView text, std::size_t from) {
+  isBuilt_ = false;
+  if (slots_.empty()) Grow();
+  ForEachName(text, from, [&](std::size_t at, TextView name) { AddName(text, at, name); });
+  isBuilt_ = true;
+}
+
+void NameIndex::AddName(TextView text, std::size_t at, TextView name) {
+  const bool isThreeQuartersFull = usedSlots_ + 1 > slots_.size() / 4 * 3;
+  if (isThreeQuartersFull) Grow();
+  const std::uint32_t hash = HashOf(name);
+  Slot& slot = slots_[FindSlot(text, name, hash)];
+  if (slot.IsFree()) {
+    slot = {at, hash, false};
+    ++usedSlots_;
+  } else {
+    slot.mayComeAgain = true;
+  }
+}
+
+void NameIndex::RemoveFirst(TextView text, TextView name) noexcept {
+  const std::size_t slot = FindSlot(text, name, HashOf(name));
+  std::size_t& at = slots_[slot].at;
+  if (slots_[slot].mayComeAgain) {
+    const std::size_t next = FindBracketedName(text, name, at + 1);
+    if (next < text.size()) {
+      at = next;
+      return;
+    }
+  }
+  FreeSlot(slot);
+}
+
+std::size_t NameIndex::Find(TextView text, TextView name) const noexcept {
+  return slots_[FindSlot(text, name, HashOf(name))].at;
+}
+
+/// The slot of the name, or the free one that it would take.
+std::size_t NameIndex::FindSlot(TextView text, TextView name, std::uint32_t hash) const noexcept {
+  const auto isSlotOfName = [&](const Slot& slot) {
+    return slot.hash == hash && BracketedNameIsAt(text, slot.at, name);
+  };
+  std::size_t slot = hash & Mask();
+  while (!slots_[slot].IsFree() && !isSlotOfName(slots_[slot])) slot = (slot + 1) & Mask();
+  return slot;
+}
+
+/// Frees a slot and moves those up that would not be found behind the gap.
+void NameIndex::FreeSlot(std::size_t slot) noexcept {
+  std::size_t gap = slot;
+  for (std::size_t next = (gap + 1) & Mask(); !slots_[next].IsFree(); next = (next + 1) & Mask()) {
+    const std::size_t wayFromHome = (next - slots_[next].hash) & Mask();
+    const std::size_t wayFromGap = (next - gap) & Mask();
+    if (wayFromHome < wayFromGap) continue;
+    slots_[gap] = slots_[next];
+    gap = next;
+  }
+  slots_[gap] = Slot();
+  --usedSlots_;
+}
+
+void NameIndex::Grow() {
+  const std::size_t count = std::max(kFewestSlots, slots_.size() * 2);
+  std::vector<Slot> slots = TranslatingMemoryErrors([count] { return std::vector<Slot>(count); });
+  slots.swap(slots_);
+  for (const Slot& slot : slots) {
+    if (slot.IsFree()) continue;
+    std::size_t place = slot.hash & Mask();
+    while (!slots_[place].IsFree()) place = (place + 1) & Mask();
+    slots_[place] = slot;
+  }
+}
+
+}  // namespace vorquill21
