@@ -41,6 +41,13 @@ install(FILES "${PROJECT_BINARY_DIR}/Vorquill21Config.cmake" "${PROJECT_BINARY_D
 file(RELATIVE_PATH VORQUILL21_PREFIX_FROM_PC "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
 string(REGEX REPLACE "/$" "" VORQUILL21_PREFIX_FROM_PC "${VORQUILL21_PREFIX_FROM_PC}")
 set(VORQUILL21_PRIVATE_LIBRARIES "-lstdc++ -lm")
+if(WIN32)
+  list(TRANSFORM vorquill21_system_libraries PREPEND "-l" OUTPUT_VARIABLE system_libraries)
+  list(JOIN system_libraries " " system_libraries)
+  string(APPEND VORQUILL21_PRIVATE_LIBRARIES " ${system_libraries}")
+endif()
 configure_file("${CMAKE_CURRENT_LIST_DIR}/vorquill21.pc.in" "${PROJECT_BINARY_DIR}/vorquill21.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/vorquill21.pc" COMPONENT development
         DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" "${PROJECT_SOURCE_DIR}/README.md" "${PROJECT_SOURCE_DIR}/CHANGELOG.md"
+        COMPONENT development DESTINATION "${CMAKE_INSTALL_DOCDIR}")
