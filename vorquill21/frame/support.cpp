@@ -1,0 +1,21 @@
+#include "vorquill21/frame/support.hpp"
+
+#include "vorquill21/files/file.hpp"
+#include "vorquill21/filestream/file_stream.hpp"
+#include "vorquill21/numeric/math_utils.hpp"
+#include "vorquill21/text/string.hpp"
+
+namespace vorquill21 {
+
+bool MSupport::RunAllSelfTests(Platform& platform, FailedTests& aoFailedTests) {
+  aoFailedTests.clear();
+  CMathUtils(platform).SelfTest_Main(aoFailedTests);
+  CFile(platform).SelfTest_Main(aoFailedTests);
+  CString(platform).SelfTest_Main(aoFailedTests);
+  CFileStream(platform).SelfTest_Main(aoFailedTests);
+  if (aoFailedTests.empty()) return true;
+  platform.GetDesktop().Beep();
+  return false;
+}
+
+}  // namespace vorquill21

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "vorquill21/frame/types/failed_tests.hpp"
+#include "vorquill21/platform/platform.hpp"
+
+namespace vorquill21 {
+
+/// Routines that belong to no class of the interface. Not exported.
+class MSupport {
+ public:
+  /// Runs the self-tests of all classes, each on a fresh instance made with `platform`, in this order:
+  /// CMathUtils, CFile, CString, CFileStream. `aoFailedTests` is emptied and receives the names of the checks
+  /// that failed, in that order. True when none did; otherwise the platform beeps once.
+  ///
+  /// The checks work in the folder "self test" under the library folder.
+  static bool RunAllSelfTests(Platform& platform, FailedTests& aoFailedTests);
+};
+
+}  // namespace vorquill21
