@@ -1,7 +1,9 @@
 #include <cmath>
 #include <limits>
+#include <random>
 
 #include "tests/filestream/file_stream_fixture.hpp"
+#include "tests/filestream/literal_table.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -176,6 +178,28 @@ TEST_P(CFileStreamTablesTest, RowsAndCellsAreReadLeniently) {
     EXPECT_EQ(stream.GetTable2d(u"T"), Variant(row.expected)) << ToUtf8(row.record);
   }
   ExpectMessages({});
+}
+
+TEST_P(CFileStreamTablesTest, AlwaysReadsAsTheLiteralLinesAndCells) {
+  std::mt19937 random(21);
+  int tables = 0;
+  for (int i = 0; i < 30'000; ++i) {
+    Text fieldText = u"x\r\n";
+    constexpr TextView kAlphabet = u"0123,.;-E \t\t\t\t\r\r\n\nx";
+    while (fieldText.size() < 4 + static_cast<std::size_t>(i % 30))
+      fieldText += kAlphabet[random() % kAlphabet.size()];
+    fieldText += u'7';
+    const Text separator = Text(1, u".,;E2"[random() % 5]);
+    CFileStream fresh(fake.platform);
+    fresh.SetContents(Text(u"[DEC SEP]\t") + separator + u"\r\n[T]\t" + fieldText);
+    const Variant read = fresh.GetTable2d(u"T");
+    const auto expected = test::LiteralTable(fieldText, separator, GetParam());
+    ASSERT_EQ(read.IsEmpty(), !expected.has_value()) << ToUtf8(fieldText);
+    if (!expected) continue;
+    ++tables;
+    ASSERT_EQ(read, Variant(TableOf(*expected))) << ToUtf8(fieldText);
+  }
+  EXPECT_GT(tables, 5000);
 }
 
 TEST_P(CFileStreamTablesTest, TableThatCannotBeReadIsReportedAndEmpty) {

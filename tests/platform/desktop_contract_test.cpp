@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 
 #include "tests/support/fake_platform.hpp"
@@ -10,6 +11,7 @@ namespace {
 struct Implementation {
   const char* name;
   Desktop* (*get)();
+  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
 };
 
 Desktop* Recording() {

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -231,7 +230,7 @@ TEST(FileFaultsTest, AFailureOfTheDeviceInAnyCallIsError57) {
     }
     faults += outcomes.size();
   }
-  std::printf("%zu faults met\n", faults);
+  EXPECT_GT(faults, 80u);
 }
 
 TEST(FileFaultsTest, EveryCodeInAnyCallIsItsNumberOrHarmless) {

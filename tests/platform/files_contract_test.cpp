@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -56,6 +57,7 @@ class NativeFilesUnderTest : public FilesUnderTest {
 struct Implementation {
   const char* name;
   std::function<std::unique_ptr<FilesUnderTest>()> make;
+  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
 };
 
 class FilesContractTest : public ::testing::TestWithParam<Implementation> {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <ostream>
 #include <random>
 #include <string>
 
@@ -42,6 +43,7 @@ class NativeSettingsUnderTest : public SettingsUnderTest {
 struct Implementation {
   const char* name;
   std::function<std::unique_ptr<SettingsUnderTest>()> make;
+  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
 };
 
 class SettingsContractTest : public ::testing::TestWithParam<Implementation> {

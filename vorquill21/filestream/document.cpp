@@ -10,7 +10,7 @@ namespace vorquill21 {
 namespace {
 
 /// Building the index takes about as long as searching the text so many times.
-constexpr std::size_t kSearchesPerIndex = 8;
+constexpr std::size_t kSearchesPerIndex = 4;
 
 constexpr bool IsLineEnd(char16_t unit) {
   return unit == u'\r' || unit == u'\n';
@@ -19,22 +19,26 @@ constexpr bool IsLineEnd(char16_t unit) {
 }  // namespace
 
 std::optional<FieldPosition> Document::Find(TextView name) {
+  if (index_.IsBuilt()) {
+    const std::size_t bracket = index_.Find(Content(), name);
+    if (bracket != NameIndex::kNowhere) return FieldAt(bracket, name.size(), true);
+  }
   const bool isPlain = FindBracket(name, 0) == name.size();
-  const std::size_t bracket = isPlain ? FindPlainName(name) : FindBracketedName(AllText(), name, 0);
+  if (isPlain && index_.IsBuilt()) return std::nullopt;
+  const std::size_t bracket = isPlain ? SearchPlainName(name) : FindBracketedName(AllText(), name, 0);
   if (bracket >= length_) return std::nullopt;
   return FieldAt(bracket, name.size(), isPlain);
 }
 
-std::size_t Document::FindPlainName(TextView name) {
-  if (!index_.IsBuilt()) {
-    if (searchedUnits_ / kSearchesPerIndex <= length_) {
-      const std::size_t bracket = FindBracketedName(Content(), name, 0);
-      searchedUnits_ += bracket + 1;
-      return bracket;
-    }
+/// Searches the text, or, when that was done often enough, makes the index.
+std::size_t Document::SearchPlainName(TextView name) {
+  if (searchedUnits_ / kSearchesPerIndex > length_) {
     index_.Build(Content());
+    return index_.Find(Content(), name);
   }
-  return index_.Find(Content(), name);
+  const std::size_t bracket = FindBracketedName(Content(), name, 0);
+  searchedUnits_ += bracket + 1;
+  return bracket;
 }
 
 FieldPosition Document::FieldAt(std::size_t bracket, std::size_t nameLength,
@@ -83,7 +87,7 @@ void Document::RemoveRecord(const FieldPosition& field) {
   if (!isLast) TranslatingMemoryErrors([&] { filled_.push_back({field.bracket, field.next}); });
   if (index_.IsBuilt()) {
     const TextView text = Content();
-    index_.RemoveFirst(text, text.substr(field.bracket + 1, field.start - field.bracket - 2));
+    index_.RemoveFirst(text, text.substr(field.bracket + 1, field.start - field.bracket - 2), field.bracket);
   }
   if (isLast) {
     length_ = field.bracket;

@@ -56,7 +56,7 @@ class Document {
   };
 
   TextView Content() const noexcept { return TextView(store_).substr(0, length_); }
-  std::size_t FindPlainName(TextView name);
+  std::size_t SearchPlainName(TextView name);
   FieldPosition FieldAt(std::size_t bracket, std::size_t nameLength, bool hasPlainName) const noexcept;
   std::size_t EndOfRemoval(const FieldPosition& field) const noexcept;
   bool IsWholeRecord(const FieldPosition& field) const noexcept;

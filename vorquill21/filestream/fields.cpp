@@ -4,24 +4,13 @@
 #include "vorquill21/filestream/bracket_search.hpp"
 #include "vorquill21/filestream/document.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
+#include "vorquill21/filestream/number_reader.hpp"
+#include "vorquill21/filestream/record_writer.hpp"
 #include "vorquill21/filestream/reporting.hpp"
 #include "vorquill21/frame/types/number_text.hpp"
 
 namespace vorquill21 {
 namespace {
-
-constexpr TextView kLineEnd = u"\r\n";
-
-void AppendValue(const Variant& value, char16_t decimalSeparator, Text& text) {
-  if (const Text* words = value.If<Text>()) {
-    text += *words;
-  } else if (const double* number = value.If<double>()) {
-    char16_t units[kNumberTextCapacity];
-    text.append(units, static_cast<std::size_t>(WriteNumber(*number, decimalSeparator, units) - units));
-  } else {
-    text += ToText(value, decimalSeparator);
-  }
-}
 
 TextView WithoutSurroundings(TextView text) noexcept {
   text.remove_prefix(std::min(text.find_first_not_of(u'\t'), text.size()));
@@ -89,27 +78,45 @@ void CFileStream::AddField(TextView asFieldName, const Variant& avFieldValues) {
   const auto add = [&] {
     RemoveField(asFieldName);
     Document::Draft record(*msFileStream);
-    Text& line = record.Target();
-    line += u'[';
-    line += asFieldName;
-    line += u']';
+    RecordWriter writer(msSystemDecSep, record.Target());
+    writer.WriteName(asFieldName);
     if (avFieldValues.IsArray()) {
       const std::int32_t upper = ArrayBounds(avFieldValues).upper;
       for (std::int32_t i = 0; i <= upper; ++i) {
-        line += u'\t';
-        AppendValue(ArrayElement(avFieldValues, i), msSystemDecSep, line);
+        writer.Write(u'\t');
+        writer.Write(ArrayElement(avFieldValues, i));
       }
     } else {
-      line += u'\t';
-      AppendValue(avFieldValues, msSystemDecSep, line);
+      writer.Write(u'\t');
+      writer.Write(avFieldValues);
     }
-    line += kLineEnd;
+    writer.Write(kLineEnd);
+    writer.Flush();
     record.Add();
     return true;
   };
   ReportingErrors(platform_, mbQuiet, false, add, [&](const LibraryError&) {
     return Text(u"An error occurred while adding field: ").append(asFieldName).append(u" to the filestream");
   });
+}
+
+const Text& CFileStream::FileDecimalSeparator() {
+  if (msFileDecSep.empty()) msFileDecSep = GetFieldString(u"DEC SEP", u".").As<Text>();
+  return msFileDecSep;
+}
+
+NumberReader CFileStream::ReaderOfNumbers() {
+  if (mbDecSepMatches) return NumberReader(TextView(&msSystemDecSep, 1), msSystemDecSep);
+  return NumberReader(FileDecimalSeparator(), msSystemDecSep);
+}
+
+double CFileStream::TextToNumber(TextView text) {
+  return ReaderOfNumbers()(text);
+}
+
+double CFileStream::VariantToNumber(const Variant& value) {
+  if (const Text* text = value.If<Text>()) return TextToNumber(*text);
+  return TextToNumber(ToText(value, msSystemDecSep));
 }
 
 Variant CFileStream::GetFieldString(TextView asFieldName, const Variant& avDefaultValues) {

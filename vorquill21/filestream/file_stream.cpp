@@ -1,7 +1,6 @@
 #include "vorquill21/filestream/file_stream.hpp"
 
 #include "vorquill21/filestream/document.hpp"
-#include "vorquill21/filestream/number_reader.hpp"
 
 namespace vorquill21 {
 
@@ -32,25 +31,6 @@ void CFileStream::CompleteDocument() {
   const auto readsAsEmpty = [this](TextView name) { return GetField(name).value_or(TextView()).empty(); };
   if (readsAsEmpty(u"FILEVERSION")) AddField(u"FILEVERSION", TrimBlanks(msCurrentVersion));
   if (readsAsEmpty(u"DEC SEP")) AddField(u"DEC SEP", TextView(&msSystemDecSep, 1));
-}
-
-const Text& CFileStream::FileDecimalSeparator() {
-  if (msFileDecSep.empty()) msFileDecSep = GetFieldString(u"DEC SEP", u".").As<Text>();
-  return msFileDecSep;
-}
-
-NumberReader CFileStream::ReaderOfNumbers() {
-  if (mbDecSepMatches) return NumberReader(TextView(&msSystemDecSep, 1), msSystemDecSep);
-  return NumberReader(FileDecimalSeparator(), msSystemDecSep);
-}
-
-double CFileStream::TextToNumber(TextView text) {
-  return ReaderOfNumbers()(text);
-}
-
-double CFileStream::VariantToNumber(const Variant& value) {
-  if (const Text* text = value.If<Text>()) return TextToNumber(*text);
-  return TextToNumber(ToText(value, msSystemDecSep));
 }
 
 }  // namespace vorquill21

@@ -1,8 +1,7 @@
 #include "vorquill21/filestream/name_index.hpp"
 
 #include <algorithm>
-#include <array>
-#include <bit>
+#include <cstring>
 
 #include "vorquill21/filestream/bracket_search.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
@@ -10,25 +9,29 @@
 namespace vorquill21 {
 namespace {
 
-constexpr std::size_t kFewestSlots = 16;
+constexpr std::size_t kFewestSlots = 256;
 
-/// Mixes four units at a time by multiplication, which spreads each bit upwards, and folds the upper half
-/// down.
+std::uint64_t FourUnitsAt(const char16_t* units) noexcept {
+  std::uint64_t four;
+  std::memcpy(&four, units, sizeof four);
+  return four;
+}
+
+/// A polynomial of the units, taken four at a time, with its upper half folded down.
 std::uint32_t HashOf(TextView name) noexcept {
   constexpr std::uint64_t kMultiplier = 0x9E3779B97F4A7C15;  // odd, without a pattern in its bits
-  using Step = std::array<char16_t, 4>;
+  constexpr std::size_t kStep = 4;
   std::uint64_t hash = name.size();
-  const auto mix = [&hash](const Step& units) {
-    hash = (hash ^ std::bit_cast<std::uint64_t>(units)) * kMultiplier;
-    hash ^= hash >> 32;
-  };
-  for (; name.size() >= Step().size(); name.remove_prefix(Step().size())) {
-    mix({name[0], name[1], name[2], name[3]});
+  if (name.size() < kStep) {
+    for (const char16_t unit : name) hash = hash * kMultiplier + unit;
+  } else {
+    const char16_t* const last = name.data() + name.size() - kStep;
+    for (const char16_t* at = name.data(); at < last; at += kStep)
+      hash = hash * kMultiplier + FourUnitsAt(at);
+    hash = hash * kMultiplier + FourUnitsAt(last);
   }
-  Step rest{};
-  std::ranges::copy(name, rest.begin());
-  mix(rest);
-  return static_cast<std::uint32_t>(hash);
+  hash = (hash ^ hash >> 32) * kMultiplier;
+  return static_cast<std::uint32_t>(hash >> 32);
 }
 
 /// Calls `visit(at, name)` for each "[name]" from position `from` on whose name holds no bracket.
@@ -69,21 +72,22 @@ void NameIndex::AddName(TextView text, std::size_t at, TextView name) {
   }
 }
 
-void NameIndex::RemoveFirst(TextView text, TextView name) noexcept {
-  const std::size_t slot = FindSlot(text, name, HashOf(name));
-  std::size_t& at = slots_[slot].at;
+void NameIndex::RemoveFirst(TextView text, TextView name, std::size_t at) noexcept {
+  const bool isFoundAlready = slotFoundLast_ < slots_.size() && slots_[slotFoundLast_].at == at;
+  const std::size_t slot = isFoundAlready ? slotFoundLast_ : FindSlot(text, name, HashOf(name));
   if (slots_[slot].mayComeAgain) {
     const std::size_t next = FindBracketedName(text, name, at + 1);
     if (next < text.size()) {
-      at = next;
+      slots_[slot].at = next;
       return;
     }
   }
   FreeSlot(slot);
 }
 
-std::size_t NameIndex::Find(TextView text, TextView name) const noexcept {
-  return slots_[FindSlot(text, name, HashOf(name))].at;
+std::size_t NameIndex::Find(TextView text, TextView name) noexcept {
+  slotFoundLast_ = FindSlot(text, name, HashOf(name));
+  return slots_[slotFoundLast_].at;
 }
 
 /// The slot of the name, or the free one that it would take.

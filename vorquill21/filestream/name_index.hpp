@@ -25,15 +25,15 @@ class NameIndex {
   /// is not built any more.
   void Add(TextView text, std::size_t from);
 
-  /// Forgets the first place of a name that is in the index, just before it vanishes from the text; a later
-  /// place takes over. Cost: where a name was added more than once, the length of the text to its next place.
-  void RemoveFirst(TextView text, TextView name) noexcept;
+  /// Forgets the first place `at` of a name, just before it vanishes from the text; a later place takes over.
+  /// Cost: where a name was added more than once, the length of the text to its next place.
+  void RemoveFirst(TextView text, TextView name, std::size_t at) noexcept;
 
   /// The index is not built any more; its memory is kept for the next time.
   void Clear() noexcept { isBuilt_ = false; }
 
   /// Position of the "[" of the first "[name]", or kNowhere.
-  std::size_t Find(TextView text, TextView name) const noexcept;
+  std::size_t Find(TextView text, TextView name) noexcept;
 
  private:
   struct Slot {
@@ -52,6 +52,7 @@ class NameIndex {
 
   std::vector<Slot> slots_;  // a power of two, open addressing with linear probing
   std::size_t usedSlots_ = 0;
+  std::size_t slotFoundLast_ = 0;
   bool isBuilt_ = false;
 };
 

@@ -1,4 +1,4 @@
-#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -14,51 +14,74 @@ std::int32_t LastIndex(std::size_t count) {
   return CheckedInt32(static_cast<std::int64_t>(count) - 1);
 }
 
-/// Cuts the next row, up to a CR or the end, off the text.
-TextView TakeRow(TextView& text) noexcept {
-  const std::size_t end = FindUnit(text, 0, u'\r');
-  const TextView row = text.substr(0, end);
-  text.remove_prefix(std::min(end + 1, text.size()));
-  return row;
+/// Goes through the cells of a text, row by row; a row begins behind each CR.
+class CellReader {
+ public:
+  CellReader(TextView text, const NumberReader& toNumber) : text_(text), toNumber_(toNumber) {}
+
+  /// Goes to the row behind the next CR and reads as many cells as `cells` holds. Error 9 when it has fewer;
+  /// an empty row has none.
+  void ReadRow(std::span<double> cells) {
+    at_ = FindUnit(text_, at_, u'\r') + 1;
+    if (IsAtEnd() || text_[at_] == u'\r') throw LibraryError(kSubscriptOutOfRange);
+    cells.front() = ReadCell();
+    for (double& cell : cells.subspan(1)) {
+      if (IsAtEnd() || text_[at_] != u'\t') throw LibraryError(kSubscriptOutOfRange);
+      ++at_;
+      cell = ReadCell();
+    }
+  }
+
+ private:
+  bool IsAtEnd() const noexcept { return at_ >= text_.size(); }
+
+  /// Reads the cell that begins here and stops at the TAB or CR that ends it.
+  double ReadCell() {
+    const std::size_t start = at_;
+    const bool beginsRow = !IsAtEnd() && text_[start] == u'\n';
+    const char16_t* const begin = text_.data() + start + (beginsRow ? 1 : 0);
+    const auto [number, end] = toNumber_.ReadPrefix(begin, text_.data() + text_.size());
+    at_ = static_cast<std::size_t>(end - text_.data());
+    const bool isWholeCell = IsAtEnd() || text_[at_] == u'\t' || text_[at_] == u'\r';
+    if (isWholeCell && end != begin && std::isfinite(number)) return number;
+    at_ = FindUnit(text_, start, u'\t', u'\r');
+    return toNumber_(text_.substr(start, at_ - start));
+  }
+
+  TextView text_;
+  const NumberReader& toNumber_;
+  std::size_t at_ = 0;
+};
+
+std::size_t CountUnits(TextView text, char16_t unit) noexcept {
+  std::size_t count = 0;
+  for (std::size_t at = FindUnit(text, 0, unit); at < text.size(); at = FindUnit(text, at + 1, unit)) ++count;
+  return count;
 }
 
+/// The number of cells up to the last one that is not empty.
 std::size_t CountColumns(TextView row) noexcept {
   const std::size_t lastFilled = row.find_last_not_of(u'\t');
-  if (lastFilled == TextView::npos) return 0;
-  return static_cast<std::size_t>(
-             std::count(row.begin(), row.begin() + static_cast<std::ptrdiff_t>(lastFilled), u'\t')) +
-         1;
-}
-
-/// Reads as many cells as `cells` holds from the beginning of the row.
-void ReadRow(TextView row, const NumberReader& toNumber, std::span<double> cells) {
-  if (row.empty()) throw LibraryError(kSubscriptOutOfRange);
-  std::size_t from = 0;
-  for (double& cell : cells) {
-    if (from > row.size()) throw LibraryError(kSubscriptOutOfRange);
-    const std::size_t tab = FindUnit(row, from, u'\t');
-    cell = toNumber(row.substr(from, tab - from));
-    from = tab + 1;
-  }
+  return lastFilled == TextView::npos ? 0 : CountUnits(row.substr(0, lastFilled), u'\t') + 1;
 }
 
 }  // namespace
 
 TableSize SizeOfTable(TextView text) {
-  const auto rows = static_cast<std::size_t>(std::ranges::count(text, u'\r'));
-  TextView rest = text;
-  TakeRow(rest);  // the line of the name
-  const std::size_t columns = CountColumns(TakeRow(rest));
+  const std::size_t rows = CountUnits(text, u'\r');
+  if (rows == 0) throw LibraryError(kSubscriptOutOfRange);
+  const TextView table = text.substr(FindUnit(text, 0, u'\r') + 1);
+  const std::size_t columns = CountColumns(table.substr(0, FindUnit(table, 0, u'\r')));
   // A cell takes one unit at least, its delimiter: with fewer units than cells some row is too short.
-  if (rows == 0 || columns == 0 || columns > text.size() / rows) throw LibraryError(kSubscriptOutOfRange);
+  if (columns == 0 || columns > text.size() / rows) throw LibraryError(kSubscriptOutOfRange);
   return {rows, columns};
 }
 
 BoundedArray<double> ReadTable(TextView text, const TableSize& size, const NumberReader& toNumber) {
   BoundedArray<double> table({0, LastIndex(size.rows)}, {0, LastIndex(size.columns)});
-  TakeRow(text);  // the line of the name
+  CellReader reader(text, toNumber);
   for (std::span<double> cells = table.Elements(); !cells.empty(); cells = cells.subspan(size.columns)) {
-    ReadRow(TakeRow(text), toNumber, cells.first(size.columns));
+    reader.ReadRow(cells.first(size.columns));
   }
   return table;
 }

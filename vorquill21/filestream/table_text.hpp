@@ -3,17 +3,18 @@
 #include <cstddef>
 
 #include "vorquill21/filestream/number_reader.hpp"
+#include "vorquill21/filestream/record_writer.hpp"
 #include "vorquill21/frame/types/bounded_array.hpp"
 #include "vorquill21/frame/types/text.hpp"
 #include "vorquill21/frame/types/variant.hpp"
 
 namespace vorquill21 {
 
-/// Appends the rows of a two-dimensional array from index (0, 0) on, each after a CR LF, cells separated by
+/// Writes the rows of a two-dimensional array from index (0, 0) on, each after a CR LF, cells separated by
 /// TAB. A cell that is 0 in single precision is written "0". Errors 9 and 13 for an array that has not two
 /// dimensions with lower bounds up to 0, error 13 for a cell that is no number, 6 for one beyond single
-/// precision; `text` may then end in a part of the table.
-void AppendTable(const Variant& table, char16_t decimalSeparator, Text& text);
+/// precision; a part of the table is written then.
+void WriteTable(const Variant& table, RecordWriter& writer);
 
 struct TableSize {
   std::size_t rows = 0;

@@ -41,10 +41,12 @@ Variant PageOf(const Variant& table, std::int32_t endRow, std::int32_t endColumn
 bool CFileStream::AddTable2d(TextView asTableName, const Variant& avTable) {
   const auto add = [&] {
     Document::Draft record(*msFileStream);
-    Text& text = record.Target();
-    text.append(1, u'[').append(asTableName).append(u"]\t");
-    AppendTable(avTable, msSystemDecSep, text);
-    text += u"\r\n";
+    RecordWriter writer(msSystemDecSep, record.Target());
+    writer.WriteName(asTableName);
+    writer.Write(u'\t');
+    WriteTable(avTable, writer);
+    writer.Write(kLineEnd);
+    writer.Flush();
     RemoveField(asTableName);
     record.Add();
     return true;

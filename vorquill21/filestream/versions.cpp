@@ -90,7 +90,7 @@ bool CFileStream::IsCompatibleVersion(bool abSilent, const Variant& asActualVers
 
 /// The document's version with its end mark, under its own or its older name.
 Text CFileStream::ActualVersion() {
-  const Text version = WithEndMark(FileVersion());
+  Text version = WithEndMark(FileVersion());
   if (version != u" ") return version;
   return WithEndMark(ToText(GetFieldString(u"FILE VERSION"), msSystemDecSep));
 }

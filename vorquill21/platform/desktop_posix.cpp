@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -73,12 +72,12 @@ std::string WithDoubledBackslashes(std::string_view text) {
   return result;
 }
 
-/// The result of the first dialog program that this system has.
-std::optional<ProgramResult> RunDialog(const std::vector<std::string>& zenity,
-                                       const std::vector<std::string>& kdialog) {
+/// The exit code of the first dialog program that this system has.
+std::optional<int> RunDialog(const std::vector<std::string>& zenity, const std::vector<std::string>& kdialog,
+                             std::string* output = nullptr) {
   if (!HasDisplay()) return std::nullopt;
-  auto result = RunProgram(zenity);
-  return result ? result : RunProgram(kdialog);
+  const auto exitCode = RunProgram(zenity, output);
+  return exitCode ? exitCode : RunProgram(kdialog, output);
 }
 
 void WriteToStandardError(std::string_view bytes) {
@@ -113,9 +112,9 @@ std::optional<ShellResult> ReasonNotToOpen(FileCalls& calls, const std::string& 
 ShellResult Open(const std::string& document) {
   // Without a desktop it might start a program that takes over the terminal.
   if (!HasDisplay()) return kNoProgram;
-  const auto result = RunProgram({"xdg-open", document});
-  if (!result) return kNoProgram;
-  switch (result->exitCode) {
+  const auto exitCode = RunProgram({"xdg-open", document});
+  if (!exitCode) return kNoProgram;
+  switch (*exitCode) {
     case 0:
       return kOpened;
     case 1:
@@ -134,12 +133,12 @@ void PosixDesktop::ShowMessage(TextView text, MessageStyle style, TextView title
   const std::string heading = ForDisplay(title);
   const std::string dialogText = WithLineEnds(words, '\n');
   const bool isWarning = style == kExclamation;
-  const auto result =
+  const auto exitCode =
       RunDialog({"zenity", isWarning ? "--warning" : "--info", "--no-markup", "--title=" + heading,
                  "--text=" + dialogText},
                 {"kdialog", "--title=" + heading,
                  (isWarning ? "--sorry=" : "--msgbox=") + WithDoubledBackslashes(dialogText)});
-  if (result && result->exitCode == 0) return;
+  if (exitCode == 0) return;
   WriteToStandardError(WithLineEnds(heading + ": " + words, ' ') + '\n');
 }
 
@@ -159,10 +158,11 @@ std::int32_t PosixDesktop::OpenDocument(const DocumentRequest& request) {
 
 std::optional<Text> PosixDesktop::BrowseForFolder(std::int32_t, TextView title) {
   const std::string titleOption = "--title=" + WithLineEnds(ForDisplay(title), ' ');
-  const auto result = RunDialog({"zenity", "--file-selection", "--directory", titleOption},
-                                {"kdialog", titleOption, "--getexistingdirectory"});
-  if (!result || result->exitCode != 0) return std::nullopt;
-  std::string_view folder = result->output;
+  std::string output;
+  const auto exitCode = RunDialog({"zenity", "--file-selection", "--directory", titleOption},
+                                  {"kdialog", titleOption, "--getexistingdirectory"}, &output);
+  if (exitCode != 0) return std::nullopt;
+  std::string_view folder = output;
   if (folder.ends_with('\n')) folder.remove_suffix(1);
   if (folder.empty()) return std::nullopt;
   return FromUtf8(folder);

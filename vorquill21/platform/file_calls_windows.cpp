@@ -56,9 +56,10 @@ void Describe(const WIN32_FIND_DATAW& data, FoundName& found) {
 
 NativeHandle FileCalls::Open(const std::wstring& path, Opening opening) {
   const bool reading = opening == Opening::kForReading;
-  return NullWhenInvalid(CreateFileW(
-      path.c_str(), reading ? kReadingAccess : kWritingAccess, kShareAll, nullptr,
-      opening == Opening::kForWritingOrMade ? OPEN_ALWAYS : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  const DWORD access = reading ? kReadingAccess : kWritingAccess;
+  const DWORD whenMissing = opening == Opening::kForWritingOrMade ? OPEN_ALWAYS : OPEN_EXISTING;
+  const DWORD flags = reading ? FILE_FLAG_SEQUENTIAL_SCAN : FILE_ATTRIBUTE_NORMAL;
+  return NullWhenInvalid(CreateFileW(path.c_str(), access, kShareAll, nullptr, whenMissing, flags, nullptr));
 }
 
 NativeHandle FileCalls::Make(const std::wstring& path, std::uint32_t attributes) {

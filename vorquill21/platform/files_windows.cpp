@@ -210,7 +210,8 @@ class Listing {
       : calls_(calls), handle_(calls.FindFirst(SystemPath(pattern), found_)) {
     if (handle_ != nullptr) return;
     const RuntimeErrorNumber error = LastError(Subject::kFile);
-    if (error != kFileNotFound && error != kPathNotFound) throw LibraryError(error);
+    const bool namesNothing = error == kFileNotFound || error == kPathNotFound || error == kBadFileName;
+    if (!namesNothing) throw LibraryError(error);
   }
   Listing(const Listing&) = delete;
   Listing& operator=(const Listing&) = delete;
@@ -312,6 +313,7 @@ void WindowsFiles::MakeFolder(TextView path) {
 }
 
 void WindowsFiles::RemoveFolder(TextView path) {
+  if (path.empty()) throw LibraryError(kPathNotFound);
   Require(calls_.RemoveFolder(SystemPath(path)), Subject::kFolder);
 }
 

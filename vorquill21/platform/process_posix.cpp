@@ -4,6 +4,7 @@
 #include <sys/auxv.h>
 #include <time.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 

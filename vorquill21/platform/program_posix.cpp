@@ -9,20 +9,27 @@
 #include <array>
 
 #include "vorquill21/platform/error_posix.hpp"
-#include "vorquill21/platform/open_file_posix.hpp"
 
 extern char** environ;
 
 namespace vorquill21 {
 namespace {
 
-/// What the new process does before the program starts: standard input is empty, standard output a pipe.
+/// What the new process does before the program starts: standard output goes to a descriptor, or nowhere for
+/// kNowhere, and standard input is empty.
 class StartActions {
  public:
+  static constexpr int kNowhere = -1;
+
   explicit StartActions(int output) {
     ::posix_spawn_file_actions_init(&actions_);
+    if (output == kNowhere) {
+      ::posix_spawn_file_actions_addopen(&actions_, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    } else {
+      ::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
+    }
+    // Last, as the output may be this very descriptor in a host without standard input.
     ::posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    ::posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
   }
   StartActions(const StartActions&) = delete;
   StartActions& operator=(const StartActions&) = delete;
@@ -57,6 +64,18 @@ class StartAttributes {
   posix_spawnattr_t attributes_;
 };
 
+/// The process, or nothing when the program could not be started.
+std::optional<pid_t> Start(const std::vector<std::string>& arguments, int output) {
+  std::vector<char*> argumentList;
+  for (const std::string& argument : arguments) argumentList.push_back(const_cast<char*>(argument.c_str()));
+  argumentList.push_back(nullptr);
+  pid_t process = 0;
+  const int error = ::posix_spawnp(&process, argumentList.front(), StartActions(output).Get(),
+                                   StartAttributes().Get(), argumentList.data(), environ);
+  if (error != 0) return std::nullopt;
+  return process;
+}
+
 std::string ReadToEnd(int pipe) {
   std::string output;
   std::array<char, 4096> buffer;
@@ -65,6 +84,18 @@ std::string ReadToEnd(int pipe) {
     if (count <= 0) return output;
     output.append(buffer.data(), static_cast<std::size_t>(count));
   }
+}
+
+/// As Start, with all that the program writes to standard output.
+std::optional<pid_t> StartAndRead(const std::vector<std::string>& arguments, std::string& output) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) == -1) return std::nullopt;
+  const auto [readEnd, writeEnd] = ends;
+  const std::optional<pid_t> process = Start(arguments, writeEnd);
+  ::close(writeEnd);
+  if (process) output = ReadToEnd(readEnd);
+  ::close(readEnd);
+  return process;
 }
 
 int WaitForEnd(pid_t process) {
@@ -78,26 +109,11 @@ int WaitForEnd(pid_t process) {
 
 }  // namespace
 
-std::optional<ProgramResult> RunProgram(const std::vector<std::string>& arguments) {
-  std::vector<char*> argumentList;
-  argumentList.reserve(arguments.size() + 1);
-  for (const std::string& argument : arguments) argumentList.push_back(const_cast<char*>(argument.c_str()));
-  argumentList.push_back(nullptr);
-
-  std::array<int, 2> pipeEnds{};
-  if (::pipe2(pipeEnds.data(), O_CLOEXEC) == -1) return std::nullopt;
-  const auto [readEnd, writeEnd] = pipeEnds;
-  pid_t process = 0;
-  const int error = ::posix_spawnp(&process, argumentList.front(), StartActions(writeEnd).Get(),
-                                   StartAttributes().Get(), argumentList.data(), environ);
-  ::close(writeEnd);
-  std::optional<ProgramResult> result;
-  if (error == 0) {
-    std::string output = ReadToEnd(readEnd);
-    result = ProgramResult{WaitForEnd(process), std::move(output)};
-  }
-  ::close(readEnd);
-  return result;
+std::optional<int> RunProgram(const std::vector<std::string>& arguments, std::string* output) {
+  const std::optional<pid_t> process =
+      output == nullptr ? Start(arguments, StartActions::kNowhere) : StartAndRead(arguments, *output);
+  if (!process) return std::nullopt;
+  return WaitForEnd(*process);
 }
 
 }  // namespace vorquill21

@@ -3,6 +3,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 #include <vector>
@@ -99,6 +100,15 @@ std::string UserFolder(Files& files, const char* variable, std::string_view belo
   return WithoutFinalSeparators(folder);
 }
 
+void MakeFolderIfMissing(Files& files, TextView path) {
+  if (files.FolderExists(path)) return;
+  try {
+    files.MakeFolder(path);
+  } catch (const LibraryError&) {
+    if (!files.FolderExists(path)) throw;  // made by somebody else meanwhile
+  }
+}
+
 }  // namespace
 
 std::string HomeFolder() {
@@ -133,8 +143,7 @@ std::optional<std::string> SpecialFolderPath(Files& files, std::int32_t identifi
 
 void MakeNestedFolders(Files& files, TextView path) {
   for (std::size_t end = path.find(u'/', 1);; end = path.find(u'/', end + 1)) {
-    const TextView folder = path.substr(0, end);
-    if (!files.FolderExists(folder)) files.MakeFolder(folder);
+    MakeFolderIfMissing(files, path.substr(0, end));
     if (end == TextView::npos) return;
   }
 }

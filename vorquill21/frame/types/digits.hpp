@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -9,93 +10,82 @@
 
 namespace vorquill21 {
 
-/// Sixteen decimal digits (0 to 9 each) side by side, the first one in the lowest byte of `first`.
-struct SixteenDigits {
-  std::uint64_t first;
-  std::uint64_t second;
+#ifdef __SSE2__
 
-  /// Without the first `count` digits (below 16), zeros coming in at the end.
-  SixteenDigits Without(unsigned count) const noexcept {
-#if defined(__SIZEOF_INT128__)
-    const Wide moved = AsWide() >> 8 * count;
-    return {static_cast<std::uint64_t>(moved), static_cast<std::uint64_t>(moved >> 64)};
-#else
-    if (count >= 8) return {second >> 8 * (count - 8), 0};
-    if (count == 0) return *this;
-    return {first >> 8 * count | second << (64 - 8 * count), second >> 8 * count};
-#endif
-  }
+/// Sixteen bytes side by side; a decimal digit is a byte from 0 to 9.
+using SixteenBytes = __m128i;
 
-  /// After `count` zeros (below 16), the last `count` digits falling off.
-  SixteenDigits AfterZeros(unsigned count) const noexcept {
-#if defined(__SIZEOF_INT128__)
-    const Wide moved = AsWide() << 8 * count;
-    return {static_cast<std::uint64_t>(moved), static_cast<std::uint64_t>(moved >> 64)};
-#else
-    if (count >= 8) return {0, first << 8 * (count - 8)};
-    if (count == 0) return *this;
-    return {first << 8 * count, second << 8 * count | first >> (64 - 8 * count)};
-#endif
-  }
+namespace digits_detail {
 
-  /// Without the digit at `position` (below 16), a zero coming in at the end.
-  SixteenDigits WithoutOne(unsigned position) const noexcept {
-    const SixteenDigits kept{LowBytes(position), position < 8 ? 0 : LowBytes(position - 8)};
-    const SixteenDigits moved = Without(1);
-    return {(first & kept.first) | (moved.first & ~kept.first),
-            (second & kept.second) | (moved.second & ~kept.second)};
-  }
-
- private:
-#if defined(__SIZEOF_INT128__)
-  __extension__ using Wide = unsigned __int128;
-
-  Wide AsWide() const noexcept {
-    return Wide{second} << 64 | first;
-  }
-#endif
-
-  /// Ones in the lowest `count` bytes, in all of them from 8 on.
-  static constexpr std::uint64_t LowBytes(unsigned count) noexcept {
-    return count < 8 ? (std::uint64_t{1} << 8 * count) - 1 : ~std::uint64_t{0};
-  }
+struct ByteMasks {
+  alignas(16) std::uint8_t bytes[17][16]{};
 };
 
-/// The eight digits of a number below 10^8, the first in the lowest byte: halves, quarters and single digits
-/// are split off side by side, each division being a product and a shift.
-constexpr std::uint64_t EightDigitsOf(std::uint32_t number) noexcept {
-  const std::uint64_t fours = number / 10000 | std::uint64_t{number % 10000} << 32;
-  const std::uint64_t hundreds = (fours * 10486 >> 20) & 0x0000007F0000007F;
-  const std::uint64_t pairs = hundreds | (fours - 100 * hundreds) << 16;
-  const std::uint64_t tens = (pairs * 103 >> 10) & 0x000F000F000F000F;
-  return tens | (pairs - 10 * tens) << 8;
-}
-
-/// The number that eight digits spell, the first in the lowest byte: neighbours are joined to pairs, and
-/// pairs to fours and to the whole, side by side.
-constexpr std::uint32_t NumberOfEightDigits(std::uint64_t digits) noexcept {
-  constexpr std::uint64_t kPairMask = 0x000000FF000000FF;
-  const std::uint64_t pairs = digits * 10 + (digits >> 8);
-  const std::uint64_t odd = (pairs & kPairMask) * ((std::uint64_t{1000000} << 32) + 100);
-  const std::uint64_t even = (pairs >> 16 & kPairMask) * ((std::uint64_t{10000} << 32) + 1);
-  return static_cast<std::uint32_t>((odd + even) >> 32);
-}
-
-/// Writes sixteen digits as units from "0" to "9".
-inline void WriteDigits(const SixteenDigits& digits, char16_t* out) noexcept {
-#ifdef __SSE2__
-  const __m128i bytes =
-      _mm_set_epi64x(static_cast<long long>(digits.second), static_cast<long long>(digits.first));
-  const __m128i characters = _mm_or_si128(bytes, _mm_set1_epi8('0'));
-  const __m128i zero = _mm_setzero_si128();
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(characters, zero));
-  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(characters, zero));
-#else
-  for (unsigned i = 0; i < 8; ++i) {
-    out[i] = static_cast<char16_t>(u'0' + (digits.first >> 8 * i & 0xF));
-    out[i + 8] = static_cast<char16_t>(u'0' + (digits.second >> 8 * i & 0xF));
+constexpr ByteMasks MakeByteMasks() noexcept {
+  ByteMasks masks;
+  for (std::size_t count = 0; count <= 16; ++count) {
+    for (std::size_t i = 0; i < count; ++i) masks.bytes[count][i] = 0xFF;
   }
-#endif
+  return masks;
 }
+
+inline constexpr ByteMasks kFirstBytes = MakeByteMasks();
+
+}  // namespace digits_detail
+
+/// FF in the first `count` (up to 16) bytes, 0 in the others.
+inline SixteenBytes FirstBytes(unsigned count) noexcept {
+  return _mm_load_si128(reinterpret_cast<const __m128i*>(digits_detail::kFirstBytes.bytes[count]));
+}
+
+/// The bytes of `first` where `mask` is FF, those of `second` where it is 0.
+inline SixteenBytes Select(SixteenBytes mask, SixteenBytes first, SixteenBytes second) noexcept {
+  return _mm_or_si128(_mm_and_si128(mask, first), _mm_andnot_si128(mask, second));
+}
+
+/// One bit for each byte that is FF, the lowest for the first byte.
+inline unsigned BitsOf(SixteenBytes mask) noexcept {
+  return static_cast<unsigned>(_mm_movemask_epi8(mask));
+}
+
+/// The sixteen digits of a number below 10^16: it is cut in halves, those in halves, and so on, side by side,
+/// each division being a product and a shift.
+inline SixteenBytes DigitsOf(std::uint64_t number) noexcept {
+  constexpr std::uint32_t kTenToThe8 = 100'000'000;
+  const auto high = static_cast<std::uint32_t>(number / kTenToThe8);
+  const auto low = static_cast<std::uint32_t>(number % kTenToThe8);
+  const __m128i eights = _mm_set_epi32(0, static_cast<int>(low), 0, static_cast<int>(high));
+  const __m128i upperFours =
+      _mm_srli_epi64(_mm_mul_epu32(eights, _mm_set1_epi64x(0xD1B71759)), 45);  // / 10000
+  const __m128i lowerFours = _mm_sub_epi32(eights, _mm_mul_epu32(upperFours, _mm_set1_epi64x(10000)));
+  const __m128i fours = _mm_or_si128(upperFours, _mm_slli_epi64(lowerFours, 32));
+  const __m128i upperPairs = _mm_srli_epi16(_mm_mulhi_epu16(fours, _mm_set1_epi16(5243)), 3);  // / 100
+  const __m128i lowerPairs = _mm_sub_epi16(fours, _mm_mullo_epi16(upperPairs, _mm_set1_epi16(100)));
+  const __m128i pairs = _mm_or_si128(upperPairs, _mm_slli_epi32(lowerPairs, 16));
+  const __m128i tens = _mm_srli_epi16(_mm_mullo_epi16(pairs, _mm_set1_epi16(103)), 10);  // / 10
+  const __m128i ones = _mm_sub_epi16(pairs, _mm_mullo_epi16(tens, _mm_set1_epi16(10)));
+  return _mm_or_si128(tens, _mm_slli_epi16(ones, 8));
+}
+
+/// The number that sixteen digits spell: neighbours are joined to pairs, pairs to fours, and so on.
+inline std::uint64_t NumberOf(SixteenBytes digits) noexcept {
+  const __m128i pairs = _mm_srli_epi16(_mm_mullo_epi16(digits, _mm_set1_epi16(10 << 8 | 1)), 8);
+  const __m128i fours = _mm_madd_epi16(pairs, _mm_set1_epi32(1 << 16 | 100));
+  const __m128i packed = _mm_packs_epi32(fours, fours);
+  const __m128i eights = _mm_madd_epi16(packed, _mm_set1_epi32(1 << 16 | 10000));
+  std::uint64_t both;
+  std::memcpy(&both, &eights, sizeof both);
+  constexpr std::uint64_t kTenToThe8 = 100'000'000;
+  return (both & 0xFFFFFFFF) * kTenToThe8 + (both >> 32);
+}
+
+/// Writes sixteen characters.
+inline void WriteBytes(SixteenBytes bytes, char16_t* out) noexcept {
+  const __m128i zero = _mm_setzero_si128();
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out), _mm_unpacklo_epi8(bytes, zero));
+  _mm_storeu_si128(reinterpret_cast<__m128i*>(out + 8), _mm_unpackhi_epi8(bytes, zero));
+}
+
+#endif
 
 }  // namespace vorquill21

@@ -10,12 +10,12 @@
 
 namespace vorquill21 {
 
-/// Room that WriteNumber needs. A text has 22 units at the most, but the digits are written sixteen at a
-/// time.
-inline constexpr std::size_t kNumberTextCapacity = 40;
+/// Room that WriteNumber needs. (A text has 22 units at the most.)
+inline constexpr std::size_t kNumberTextCapacity = 24;
 
 /// Writes the text of `value` and returns the position after its last unit. `out` has room for
-/// kNumberTextCapacity units; those after the text are left with anything.
+/// kNumberTextCapacity units; those after the text are left with anything. Cost: constant, greater for the
+/// few numbers (the subnormal ones, and one in thousands of the others) that need exact arithmetic.
 ///
 /// The number is rounded to 15 significant digits (the exact decimal value of the double, a half to the even
 /// digit), without trailing zeros and without a bare separator. Exponents from -5 down and from 15 up are
@@ -45,7 +45,8 @@ struct ParsedNumber {
   const Unit* end;  ///< after the last unit of the number; where it began when there is none
 };
 
-/// Reads the longest number of the form above that stands at `begin`, without white space around it.
+/// Reads the longest number of the form above that stands at `begin`, without white space around it. Nothing
+/// from `end` on is touched. Cost: constant up to 19 digits and a short exponent.
 VORQUILL21_API ParsedNumber<char16_t> ParseNumber(const char16_t* begin, const char16_t* end,
                                                   char16_t decimalSeparator) noexcept;
 VORQUILL21_API ParsedNumber<char> ParseNumber(const char* begin, const char* end,

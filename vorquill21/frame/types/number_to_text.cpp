@@ -1,3 +1,5 @@
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
@@ -45,9 +47,9 @@ RoundedDecimal RoundExactly(double value) noexcept {
 }
 
 /// The same for any positive double. The number is multiplied by the power of ten that brings 15 digits
-/// before the point. The product of its significand and the leading 64 bits of that power tells the fraction
-/// behind the point to within two units of the product's upper half; where the fraction is closer than that
-/// to one half, the exact way is taken.
+/// before the point. The leading 64 bits of that power, cut off, make the upper half of the product too small
+/// by less than two; only where the fraction behind the point is closer to one half than that, the exact way
+/// is taken.
 RoundedDecimal Round(double value) noexcept {
   constexpr std::uint64_t kHiddenBit = std::uint64_t{1} << 52;
   const auto bits = std::bit_cast<std::uint64_t>(value);
@@ -56,45 +58,86 @@ RoundedDecimal Round(double value) noexcept {
   const std::uint64_t significand = ((bits & (kHiddenBit - 1)) | kHiddenBit) << 11;
   const int binaryExponent = biasedExponent - 1023;
 
+  // Both looks are taken, as a branch would often be guessed wrong.
   int exponent = FloorLog10OfPowerOfTwo(binaryExponent);
-  const bool reachesNextPower = FloorLog2OfPowerOfTen(exponent + 1) == binaryExponent &&
-                                significand >= LeadingBitsOfPowerOfTen(exponent + 1).high;
-  exponent += reachesNextPower ? 1 : 0;
+  const auto isNextPowerNear = static_cast<int>(FloorLog2OfPowerOfTen(exponent + 1) == binaryExponent);
+  const auto isAboveItsBits = static_cast<int>(significand >= LeadingBitsOfPowerOfTen(exponent + 1).high);
+  exponent += isNextPowerNear & isAboveItsBits;
 
   const int scale = kSignificantDigits - 1 - exponent;
   const std::uint64_t product = Multiply(significand, LeadingBitsOfPowerOfTen(scale).high).high;
   const int fractionBits = 62 - binaryExponent - FloorLog2OfPowerOfTen(scale);
   const std::uint64_t half = std::uint64_t{1} << (fractionBits - 1);
   const std::uint64_t fraction = product & (2 * half - 1);
-  if (fraction + 1 - half <= 1) return RoundExactly(value);
+  if (fraction - (half - 1) <= 1) return RoundExactly(value);
   const std::uint64_t digits = (product >> fractionBits) + (fraction > half ? 1 : 0);
   if (digits == kTenToThe15) return {kTenToThe14, exponent + 1};
   return {digits, exponent};
 }
 
-/// The 15 digits, with a zero behind them.
-SixteenDigits DigitsOf(const RoundedDecimal& number) noexcept {
-  constexpr std::uint64_t kSevenDigits = 10'000'000;
-  const std::uint64_t first = number.digits / kSevenDigits;
-  const std::uint64_t last = number.digits % kSevenDigits;
-  return {EightDigitsOf(static_cast<std::uint32_t>(first)),
-          EightDigitsOf(static_cast<std::uint32_t>(last * 10))};
-}
+/// The 15 decimal digits of a number, the first of them not 0.
+class Digits {
+ public:
+#ifdef __SSE2__
+  explicit Digits(std::uint64_t number) noexcept : digits_(DigitsOf(10 * number)) {}
 
-/// How many digits are left without trailing zeros; the first one is not zero.
-int CountWithoutTrailingZeros(const SixteenDigits& digits) noexcept {
-  if (digits.second != 0) return 16 - std::countl_zero(digits.second) / 8;
-  return 8 - std::countl_zero(digits.first) / 8;
-}
+  /// How many are left without trailing zeros.
+  int Count() const noexcept {
+    const unsigned areZeros = BitsOf(_mm_cmpeq_epi8(digits_, _mm_setzero_si128()));
+    return 32 - std::countl_zero(0xFFFF ^ areZeros);
+  }
 
-/// Writes the digits with the separator after the first `countBefore` (1 to 15) of them.
-char16_t* WritePlain(const SixteenDigits& digits, int count, int countBefore, char16_t separator,
-                     char16_t* out) noexcept {
-  WriteDigits(digits, out);
-  if (count <= countBefore) return out + countBefore;
-  out[countBefore] = separator;
-  WriteDigits(digits.Without(static_cast<unsigned>(countBefore)), out + countBefore + 1);
-  return out + count + 1;
+  /// Writes sixteen units: them and a zero.
+  void Write(char16_t* out) const noexcept {
+    WriteBytes(Characters(), out);
+  }
+
+  /// The same with one unit more, of anything, after the first `before` (1 to 15); so the zero falls off.
+  void WriteWithGap(int before, char16_t* out) const noexcept {
+    const __m128i characters = Characters();
+    WriteBytes(Select(FirstBytes(static_cast<unsigned>(before)), characters, _mm_slli_si128(characters, 1)),
+               out);
+  }
+
+ private:
+  __m128i Characters() const noexcept {
+    return _mm_or_si128(digits_, _mm_set1_epi8('0'));
+  }
+
+  __m128i digits_;
+#else
+  explicit Digits(std::uint64_t number) noexcept {
+    for (char16_t* unit = units_.end(); unit != units_.begin(); number /= 10) {
+      *--unit = static_cast<char16_t>(u'0' + number % 10);
+    }
+  }
+
+  int Count() const noexcept {
+    const auto last =
+        std::find_if(units_.rbegin(), units_.rend(), [](char16_t unit) { return unit != u'0'; });
+    return static_cast<int>(units_.rend() - last);
+  }
+
+  void Write(char16_t* out) const noexcept {
+    std::ranges::copy(units_, out);
+  }
+
+  void WriteWithGap(int before, char16_t* out) const noexcept {
+    std::copy_n(units_.begin(), before, out);
+    std::copy(units_.begin() + before, units_.end(), out + before + 1);
+  }
+
+ private:
+  std::array<char16_t, kSignificantDigits> units_;
+#endif
+};
+
+/// Writes the digits with the separator after the first `before` (1 to 15) of them.
+char16_t* WritePlain(const Digits& digits, int before, char16_t separator, char16_t* out) noexcept {
+  digits.WriteWithGap(before, out);
+  out[before] = separator;
+  const int count = digits.Count();
+  return out + (count > before ? count + 1 : before);
 }
 
 char16_t* WriteExponent(int exponent, char16_t* out) noexcept {
@@ -117,25 +160,22 @@ char16_t* WriteWord(std::u16string_view word, char16_t* out) noexcept {
 char16_t* WriteNumber(double value, char16_t decimalSeparator, char16_t* out) noexcept {
   if (value == 0.0) return WriteWord(u"0", out);
   if (std::isnan(value)) return WriteWord(u"NAN", out);
-  if (value < 0.0) {
-    *out++ = u'-';
-    value = -value;
-  }
+  *out = u'-';
+  out += value < 0.0 ? 1 : 0;
+  value = std::abs(value);
   if (std::isinf(value)) return WriteWord(u"INF", out);
 
   const RoundedDecimal rounded = Round(value);
-  const SixteenDigits digits = DigitsOf(rounded);
-  const int count = CountWithoutTrailingZeros(digits);
+  const Digits digits(rounded.digits);
   if (rounded.exponent < kLeastPlainExponent || rounded.exponent > kGreatestPlainExponent) {
-    return WriteExponent(rounded.exponent, WritePlain(digits, count, 1, decimalSeparator, out));
+    return WriteExponent(rounded.exponent, WritePlain(digits, 1, decimalSeparator, out));
   }
-  if (rounded.exponent >= 0) return WritePlain(digits, count, rounded.exponent + 1, decimalSeparator, out);
-  const int zerosBehindSeparator = -rounded.exponent - 1;
+  if (rounded.exponent >= 0) return WritePlain(digits, rounded.exponent + 1, decimalSeparator, out);
   WriteWord(u"00000", out);
   out[1] = decimalSeparator;
-  out += 2 + zerosBehindSeparator;
-  WriteDigits(digits, out);
-  return out + count;
+  out += 1 - rounded.exponent;
+  digits.Write(out);
+  return out + digits.Count();
 }
 
 Text NumberToText(double value, char16_t decimalSeparator) {
