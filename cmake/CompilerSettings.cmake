@@ -15,3 +15,9 @@ endif()
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_compile_options(vorquill21_flags INTERFACE -msse2 -mfpmath=sse)
 endif()
+
+# Functions for wider instructions, chosen at run time, stand beside the plain ones where the compiler keeps the stack
+# aligned for them; MinGW-w64 does not.
+if(NOT WIN32 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64|amd64)$")
+  target_compile_definitions(vorquill21_flags INTERFACE VORQUILL21_WIDE_INSTRUCTIONS)
+endif()
