@@ -42,6 +42,7 @@ class ChosenLocale : public Locale {
   char16_t DecimalSeparator() const override { return decimalSeparator; }
   Text ShortTime() const override { return shortTime; }
   Text ShortDate() const override { return shortDate; }
+  bool HasSingleBytes() const override { return true; }
   std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override;
   void AppendToCodePage(TextView text, std::string& bytes) const override;
 
