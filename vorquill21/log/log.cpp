@@ -68,7 +68,9 @@ bool IsWritten(ELogAction action, bool logsDiagnostics) {
 }
 
 Text InOneLine(const CString& strings, Text line) {
-  if (line.find_first_of(u"\r\n\t") == Text::npos) return line;
+  // Counted to the end, as the compiler does that for many units at a time.
+  const bool isPlain = std::ranges::count_if(line, [](char16_t unit) { return unit < u' '; }) == 0;
+  if (isPlain) return line;
   line = strings.RTrimMulti(line, BoundedArray<Variant>({u"\r\n", u"\r", u"\n"}));
   line = strings.ReplaceMulti(line, u"\r\n", u": ");
   line = strings.ReplaceMulti(line, u"\r", u": ");

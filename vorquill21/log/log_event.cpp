@@ -52,6 +52,7 @@ void LogEvent::Disconnect(Connection connection) noexcept {
 }
 
 void LogEvent::Raise(TextView message, ELogAction action) const noexcept {
+  if (slots_.empty()) return;
   IgnoringEverything([&] {
     const Level level(depth_);
     if (level.IsTooDeep()) return;
