@@ -32,6 +32,7 @@ class RecordingDesktop : public Desktop {
   std::vector<DocumentRequest> openedDocuments;
   std::int32_t openResult = 33;
   std::vector<Text> browseTitles;
+  std::vector<std::int32_t> browseOwners;
   std::optional<Text> browsedFolder;
   std::map<std::int32_t, Text> specialFolders;
 };
