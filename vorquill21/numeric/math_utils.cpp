@@ -1,9 +1,11 @@
 #include "vorquill21/numeric/math_utils.hpp"
 
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <span>
 #include <string>
 #include <tuple>
 
@@ -50,6 +52,37 @@ bool ForAllIndices(const Variant& array, const Visit& visit, Index... outer) {
     }
     return true;
   }
+}
+
+// --- Searching -------------------------------------------------------------------------------------------
+
+/// Halves the interval from the first to the last node until its ends are neighbours, going up where
+/// (x >= node) equals `ascending`; returns the lower end. The middle of [low, low + width] is low + width
+/// / 2.
+///
+/// All searches in one table take the same number of steps, without a jump that depends on a node: once the
+/// ends are neighbours, a further step meets the lower end again and changes nothing.
+std::int32_t Bisect(std::span<const double> nodes, double x, bool ascending) {
+  const double* low = nodes.data();
+  std::size_t width = nodes.size() - 1;
+  for (auto steps = std::bit_width(width); steps > 0; --steps) {
+    const std::size_t half = width / 2;
+    const bool goesUp = (x >= low[half]) == ascending;
+    low = goesUp ? low + half : low;
+    width = goesUp ? width - half : half;
+  }
+  return static_cast<std::int32_t>(low - nodes.data());
+}
+
+/// The same with sums of indices that may leave 32 bits: error 6.
+std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
+  std::int32_t low = nodes.LowerBound();
+  std::int32_t high = nodes.UpperBound();
+  while (high - low >= 2) {
+    const std::int32_t middle = CheckedInt32(std::int64_t{low} + high) / 2;
+    ((x >= nodes(middle)) == ascending ? low : high) = middle;
+  }
+  return low;
 }
 
 // --- Copying ---------------------------------------------------------------------------------------------
@@ -211,8 +244,8 @@ std::int32_t SignedWord(std::int32_t value) {
 CMathUtils::CMathUtils(Platform& platform) : platform_(platform) {}
 
 bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const {
-  std::int32_t lo = arXVals.LowerBound();
-  std::int32_t hi = arXVals.UpperBound();
+  const std::int32_t lo = arXVals.LowerBound();
+  const std::int32_t hi = arXVals.UpperBound();
   if (lo < 0 || hi < 0) {
     throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
                        u"One or more array bounds are below 0");
@@ -225,11 +258,9 @@ bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::i
     return found;
   }
 
-  while (hi - lo >= 2) {
-    const std::int32_t mid = CheckedInt32(std::int64_t{lo} + hi) / 2;
-    ((arX >= arXVals(mid)) == ascending ? lo : hi) = mid;
-  }
-  anIndex = lo;
+  constexpr std::int32_t kGreatestToDouble = std::numeric_limits<std::int32_t>::max() / 2;
+  anIndex = hi <= kGreatestToDouble ? lo + Bisect(arXVals.Elements(), arX, ascending)
+                                    : BisectByIndex(arXVals, arX, ascending);
   return found;
 }
 
