@@ -57,24 +57,25 @@ bool ForAllIndices(const Variant& array, const Visit& visit, Index... outer) {
 // --- Searching -------------------------------------------------------------------------------------------
 
 /// Halves the interval from the first to the last node until its ends are neighbours, going up where
-/// (x >= node) equals `ascending`; returns the lower end. The middle of [low, low + width] is low + width
-/// / 2.
+/// (x >= node) equals `ascending`; returns the lower end.
 ///
 /// All searches in one table take the same number of steps, without a jump that depends on a node: once the
 /// ends are neighbours, a further step meets the lower end again and changes nothing.
-std::int32_t Bisect(std::span<const double> nodes, double x, bool ascending) {
-  const double* low = nodes.data();
-  std::size_t width = nodes.size() - 1;
-  for (auto steps = std::bit_width(width); steps > 0; --steps) {
-    const std::size_t half = width / 2;
-    const bool goesUp = (x >= low[half]) == ascending;
-    low = goesUp ? low + half : low;
-    width = goesUp ? width - half : half;
+template <bool ascending>
+std::int32_t Bisect(std::span<const double> nodes, double x) {
+  std::uint32_t low = 0;
+  auto high = static_cast<std::uint32_t>(nodes.size() - 1);
+  for (auto steps = std::bit_width(high); steps > 0; --steps) {
+    const std::uint32_t middle = (low + high) / 2;
+    const bool goesUp = (x >= nodes[middle]) == ascending;
+    const std::uint32_t lowAfter = goesUp ? middle : low;
+    high = goesUp ? high : middle;
+    low = lowAfter;
   }
-  return static_cast<std::int32_t>(low - nodes.data());
+  return static_cast<std::int32_t>(low);
 }
 
-/// The same with sums of indices that may leave 32 bits: error 6.
+/// The same by indices whose sums may leave 32 bits: error 6.
 std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
   std::int32_t low = nodes.LowerBound();
   std::int32_t high = nodes.UpperBound();
@@ -259,8 +260,13 @@ bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::i
   }
 
   constexpr std::int32_t kGreatestToDouble = std::numeric_limits<std::int32_t>::max() / 2;
-  anIndex = hi <= kGreatestToDouble ? lo + Bisect(arXVals.Elements(), arX, ascending)
-                                    : BisectByIndex(arXVals, arX, ascending);
+  if (hi > kGreatestToDouble) {
+    anIndex = BisectByIndex(arXVals, arX, ascending);
+  } else if (ascending) {
+    anIndex = lo + Bisect<true>(arXVals.Elements(), arX);
+  } else {
+    anIndex = lo + Bisect<false>(arXVals.Elements(), arX);
+  }
   return found;
 }
 

@@ -1,6 +1,6 @@
 #include "vorquill21/numeric/matrix_product.hpp"
 
-#include <array>
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -30,19 +30,23 @@ constexpr std::size_t kStrip = 2 * sizeof(Vector) / sizeof(double);
 template <typename Vector, std::size_t group>
 VORQUILL21_INLINED void MultiplyGroup(const Factors& f, const double* strip, std::size_t row,
                                       std::size_t column) {
-  std::array<std::array<Vector, 2>, group> sums{};
+  Vector sums[group][2] = {};
   const double* a = f.a.Row(row);
   for (std::size_t k = 0; k < f.terms; ++k, strip += kStrip<Vector>) {
-    std::array<Vector, 2> b;
-    std::memcpy(b.data(), strip, sizeof b);
+    Vector left;
+    Vector right;
+    std::memcpy(&left, strip, sizeof left);
+    std::memcpy(&right, strip + kStrip<Vector> / 2, sizeof right);
     for (std::size_t r = 0; r < group; ++r) {
       const double factor = a[r * f.a.stride + k];
-      sums[r][0] += factor * b[0];
-      sums[r][1] += factor * b[1];
+      sums[r][0] += factor * left;
+      sums[r][1] += factor * right;
     }
   }
   for (std::size_t r = 0; r < group; ++r) {
-    std::memcpy(f.product.Row(row + r) + column, sums[r].data(), sizeof sums[r]);
+    double* const product = f.product.Row(row + r) + column;
+    std::memcpy(product, &sums[r][0], sizeof(Vector));
+    std::memcpy(product + kStrip<Vector> / 2, &sums[r][1], sizeof(Vector));
   }
 }
 
@@ -68,7 +72,7 @@ VORQUILL21_INLINED void Multiply(const Factors& f) {
     std::vector<double> strip(f.terms * kStrip<Vector>);
     for (; column + kStrip<Vector> <= f.columns; column += kStrip<Vector>) {
       for (std::size_t k = 0; k < f.terms; ++k) {
-        std::memcpy(&strip[k * kStrip<Vector>], f.b.Row(k) + column, kStrip<Vector> * sizeof(double));
+        std::copy_n(f.b.Row(k) + column, kStrip<Vector>, &strip[k * kStrip<Vector>]);
       }
       MultiplyStrip<Vector>(f, strip.data(), column);
     }

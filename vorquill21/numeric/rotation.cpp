@@ -13,6 +13,13 @@ namespace {
 constexpr double kRadiansPerDegree = 0x1.1df46a25ca311p-6;
 constexpr Bounds kOneToThree{1, 3};
 
+/// Gives the matrix the bounds; keeps its elements where it has them already, which all are to be
+/// overwritten.
+void Dimension(BoundedArray<double>& matrix, Bounds rows, Bounds columns) {
+  if (matrix.Rank() == 2 && matrix.BoundsOf(1) == rows && matrix.BoundsOf(2) == columns) return;
+  matrix.ReDim(rows, columns);
+}
+
 /// Whether the indices 1 to `rows` and 1 to `columns` lie within the bounds.
 bool HoldsFromOne(const BoundedArray<double>& matrix, std::int32_t rows, std::int32_t columns) {
   return matrix.Rank() == 2 && matrix.LowerBound(1) <= 1 && rows <= matrix.UpperBound(1) &&
@@ -62,9 +69,7 @@ void CGeometry::BuildTransformationMatrix(double arDegX, double arDegY, double a
   const auto [sy, cy] = SineAndCosine(arDegY * kRadiansPerDegree);
   const auto [sz, cz] = SineAndCosine(arDegZ * kRadiansPerDegree);
 
-  const bool hasBounds = aaRotMatrix.Rank() == 2 && aaRotMatrix.BoundsOf(1) == kOneToThree &&
-                         aaRotMatrix.BoundsOf(2) == kOneToThree;
-  if (!hasBounds) aaRotMatrix.ReDim(kOneToThree, kOneToThree);
+  Dimension(aaRotMatrix, kOneToThree, kOneToThree);
   const double elements[] = {
       cz * cy,
       cz * sy * sx - sz * cx,
@@ -91,7 +96,7 @@ void CGeometry::MatrixMultiply(const BoundedArray<double>& aaMatrixA, const Boun
   const std::int32_t rows = aaMatrixA.UpperBound(1);
   const std::int32_t terms = std::max(aaMatrixA.UpperBound(2), 0);
   const std::int32_t columns = aaMatrixB.UpperBound(2);
-  aaMatrixResult.ReDim({1, rows}, {1, columns});
+  Dimension(aaMatrixResult, {1, rows}, {1, columns});
   if (!HoldsFromOne(aaMatrixA, rows, terms) || !HoldsFromOne(aaMatrixB, terms, columns)) {
     return MultiplyChecked(aaMatrixA, aaMatrixB, terms, aaMatrixResult);
   }

@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/numeric/fused_multiplication.hpp"
 
 // The chain of dependent operations, M to M, limits the speed, and the division is the longest of them. It is
 // done as a fused product with the reciprocal of k in two parts, 1 / k = high + low, good to 2^-105:
@@ -101,8 +102,7 @@ double MeanByReciprocals(std::span<const double> values) {
 }  // namespace
 
 double RunningMean(std::span<const double> values) {
-  if (!__builtin_cpu_supports("fma") || !__builtin_cpu_supports("avx2")) return RunningMeanByDivision(values);
-  return MeanByReciprocals(values);
+  return HasFusedMultiplication() ? MeanByReciprocals(values) : RunningMeanByDivision(values);
 }
 
 #else
