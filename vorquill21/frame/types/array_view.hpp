@@ -35,10 +35,10 @@ class ArrayView {
   ArrayView(const std::vector<Element>& elements) : ArrayView(elements.data(), elements.size()) {}
   template <std::size_t N>
   ArrayView(T (&elements)[N]) : ArrayView(elements, N) {}
-  ArrayView(const BoundedArray<Element>& array) : isOneDimensional_(array.Rank() == 1) {
-    if (!isOneDimensional_) return;
+  ArrayView(const BoundedArray<Element>& array) {
+    const bool isOneDimensional = array.Rank() == 1;
     data_ = array.Elements().data();
-    bounds_ = array.BoundsOf(1);
+    bounds_ = isOneDimensional ? array.BoundsOf(1) : kOtherShape;
   }
 
   std::int32_t LowerBound() const { return Checked().lower; }
@@ -56,13 +56,16 @@ class ArrayView {
 
  private:
   Bounds Checked() const {
-    if (!isOneDimensional_) throw LibraryError(kSubscriptOutOfRange);
+    if (bounds_ == kOtherShape) throw LibraryError(kSubscriptOutOfRange);
     return bounds_;
   }
 
+  /// Bounds that no array has stand for one that is not one-dimensional, so that a view fits into two
+  /// registers.
+  static constexpr Bounds kOtherShape{0, -2};
+
   T* data_ = nullptr;
   Bounds bounds_;
-  bool isOneDimensional_ = true;
 };
 
 }  // namespace vorquill21

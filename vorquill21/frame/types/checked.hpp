@@ -22,6 +22,18 @@ inline double CheckedQuotient(double left, double right) {
   return Checked(left / right, left, right);
 }
 
+inline double CheckedSum(double left, double right) {
+  return Checked(left + right, left, right);
+}
+
+inline double CheckedDifference(double left, double right) {
+  return Checked(left - right, left, right);
+}
+
+inline double CheckedProduct(double left, double right) {
+  return Checked(left * right, left, right);
+}
+
 /// The 32-bit integer of the same value; error 6 outside the range.
 inline std::int32_t CheckedInt32(std::int64_t value) {
   if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {

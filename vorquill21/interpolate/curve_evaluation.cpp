@@ -1,0 +1,128 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/interpolate/curve_fit.hpp"
+#include "vorquill21/interpolate/integer_power.hpp"
+#include "vorquill21/numeric/double_double.hpp"
+
+namespace vorquill21 {
+namespace {
+
+constexpr std::size_t kPowers = 4;  // that are worked on side by side
+
+struct PowerBlock {
+  double high[kPowers];
+  double low[kPowers];
+};
+
+/// x, x^2, x^3, x^4.
+template <bool fused>
+VORQUILL21_INLINED PowerBlock FirstPowers(double x) {
+  const ErrorFree product = TwoProduct<fused>(x, x);
+  const DoubleDouble square{product.value, product.error};
+  const DoubleDouble third = Product<fused>(square, x);
+  const DoubleDouble fourth = Product<fused>(square, square);
+  return {{x, square.high, third.high, fourth.high}, {0.0, square.low, third.low, fourth.low}};
+}
+
+/// The sum of the terms when every power is far from the limits of doubles; `isSure` turns false when a
+/// power may have been rounded to the wrong side.
+template <bool fused>
+VORQUILL21_INLINED double SumInRange(double x, std::span<const double> coefficients, bool& isSure) {
+  double sum = 0.0 + coefficients[0];
+  PowerBlock powers = FirstPowers<fused>(x);
+  const DoubleDouble fourth{powers.high[kPowers - 1], powers.low[kPowers - 1]};
+  const auto multiplications = static_cast<double>(coefficients.size());
+  for (std::size_t first = 1;;) {
+    bool areSure = true;
+    for (std::size_t i = 0; i < kPowers; ++i) {
+      areSure &= IsRoundingSure(powers.high[i], powers.low[i], multiplications);
+    }
+    isSure = isSure && areSure;
+    const std::size_t used = std::min(kPowers, coefficients.size() - first);
+    for (std::size_t i = 0; i < used; ++i) sum += coefficients[first + i] * powers.high[i];
+    first += used;
+    if (first == coefficients.size()) return sum;
+    for (std::size_t i = 0; i < kPowers; ++i) {
+      const DoubleDouble next = Product<fused>(DoubleDouble{powers.high[i], powers.low[i]}, fourth);
+      powers.high[i] = next.high;
+      powers.low[i] = next.low;
+    }
+  }
+}
+
+#ifdef VORQUILL21_WIDE_INSTRUCTIONS
+[[gnu::target("avx2,fma")]] double SumInRangeFused(double x, std::span<const double> coefficients,
+                                                   bool& isSure) {
+  return SumInRange<true>(x, coefficients, isSure);
+}
+#endif
+
+/// Whether x^0 to x^count, and the errors of their products, are normal numbers.
+bool AreInRange(double x, std::size_t count) {
+  constexpr double kLimit = 900.0;
+  const int exponent = std::ilogb(x);  // of a huge size for 0, infinite and NaN
+  return std::abs(static_cast<double>(exponent) + 0.5) * static_cast<double>(count) < kLimit;
+}
+
+/// The sum of the terms, and the first fault in it.
+double CheckedSum(double x, std::span<const double> coefficients) {
+  double sum = 0.0;
+  std::int32_t exponent = 0;
+  for (const double coefficient : coefficients) {
+    const double power = Checked(NearestPower(x, exponent++), x);
+    const double term = Checked(coefficient * power, coefficient, power);
+    sum = Checked(sum + term, sum, term);
+  }
+  return sum;
+}
+
+std::span<const double> WithoutZerosAtEnd(std::span<const double> coefficients) {
+  while (!coefficients.empty() && coefficients.back() == 0.0)
+    coefficients = coefficients.first(coefficients.size() - 1);
+  return coefficients;
+}
+
+/// The sum of the terms, of which there is at least one.
+double SumOf(double x, std::span<const double> coefficients, [[maybe_unused]] bool fused) {
+  if (AreInRange(x, coefficients.size() + kPowers)) {
+    bool isSure = true;
+#ifdef VORQUILL21_WIDE_INSTRUCTIONS
+    const double sum =
+        fused ? SumInRangeFused(x, coefficients, isSure) : SumInRange<false>(x, coefficients, isSure);
+#else
+    const double sum = SumInRange<false>(x, coefficients, isSure);
+#endif
+    if (isSure && std::isfinite(sum)) return sum;
+  }
+  return CheckedSum(x, coefficients);
+}
+
+/// Whether base^exponent exceeds the largest double although the base is finite.
+bool Overflows(double base, std::int32_t exponent) {
+  constexpr std::int64_t kGreatestExponent = 1023;
+  if (!(std::abs(base) > 1.0) || std::isinf(base)) return false;
+  if ((std::int64_t{std::ilogb(base)} + 1) * exponent <= kGreatestExponent) return false;
+  return std::isinf(NearestPower(base, exponent));
+}
+
+}  // namespace
+
+double EvaluateCurve(double arX, ArrayView<const double> arCoeffs, bool fused) {
+  const std::int32_t upper = arCoeffs.UpperBound();
+  if (upper < 1) return 0.0;
+  const std::int64_t ignored = 1 - std::int64_t{arCoeffs.LowerBound()};
+  if (ignored < 0) throw LibraryError(kSubscriptOutOfRange);
+  const auto all = arCoeffs.Elements().subspan(static_cast<std::size_t>(ignored));
+  if (!std::isfinite(arX)) return CheckedSum(arX, all);
+  const auto used = WithoutZerosAtEnd(all);
+  const double sum = used.empty() ? 0.0 : SumOf(arX, used, fused);
+  if (used.size() < all.size() && Overflows(arX, upper - 1)) throw LibraryError(kOverflow);
+  return sum;
+}
+
+}  // namespace vorquill21

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+
+namespace vorquill21 {
+
+/// The double nearest to base^exponent, a half to the even one; `exponent` is not negative, and 0^0 is 1.
+/// Infinite beyond the largest double; infinite and NaN bases as by std::pow. Not part of the interface.
+///
+/// Squared and multiplied in double-double arithmetic; where those 32 digits leave the rounding open, which
+/// is rare, all digits of the power are worked out. Cost: logarithmic in the exponent, quadratic in the rare
+/// case.
+double NearestPower(double base, std::int32_t exponent);
+
+/// Whether `high` is the double nearest to every number within |high| * multiplications * 2^-102 of
+/// high + low, which is as far off as so many products of double-doubles may be. High is the double nearest
+/// to high + low. Not part of the interface.
+inline bool IsRoundingSure(double high, double low, double multiplications) {
+  return high + low * (1.0 + multiplications * 0x1p-48) == high;
+}
+
+}  // namespace vorquill21

@@ -1,0 +1,70 @@
+#include "vorquill21/interpolate/interpolate.hpp"
+
+#include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
+
+namespace vorquill21 {
+namespace {
+
+constexpr std::int32_t kInvalidPropertyValue = 380;
+
+std::int32_t After(std::int32_t index) {
+  return CheckedInt32(std::int64_t{index} + 1);
+}
+
+std::int32_t Before(std::int32_t index) {
+  return CheckedInt32(std::int64_t{index} - 1);
+}
+
+}  // namespace
+
+CInterpolate::CInterpolate(Platform& platform) : moUtils(std::make_shared<CMathUtils>(platform)) {}
+
+double CInterpolate::OneDLinearInterpolate(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,
+                                           ArrayView<const double> arXVals, ArrayView<const double> arYVals,
+                                           double arX) const {
+  return OneDLinearInterpolateWithBounds(aeOutOfBoundsBehaviour, arXVals, arYVals, arX, arXVals.LowerBound(),
+                                         arXVals.UpperBound());
+}
+
+double CInterpolate::OneDLinearInterpolateFromPoints(double arX1, double arX2, double arY1, double arY2,
+                                                     double arXVal) const {
+  const double dx = CheckedDifference(arX2, arX1);
+  const double dy = CheckedDifference(arY2, arY1);
+  if (dx == 0.0) {
+    if (dy == 0.0 && arXVal == arX1) return arY1;
+    throw LibraryError(kInvalidPropertyValue,
+                       Text(kLibraryTitle) + u".CMathUtils.OneDLinearInterpolateFromPoints",
+                       u"X values are coincident");
+  }
+  const double slope = Checked(dy / dx, dy, dx);
+  return CheckedSum(CheckedProduct(slope, CheckedDifference(arXVal, arX1)), arY1);
+}
+
+double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,
+                                                     ArrayView<const double> arXVals,
+                                                     ArrayView<const double> arYVals, double arX,
+                                                     std::int32_t anLowerBound,
+                                                     std::int32_t anUpperBound) const {
+  const auto alongLine = [&](std::int32_t from, std::int32_t to) {
+    return OneDLinearInterpolateFromPoints(arXVals(from), arXVals(to), arYVals(from), arYVals(to), arX);
+  };
+  if (moUtils == nullptr) throw LibraryError(kInvalidProcedureCall);
+  std::int32_t interval = 0;
+  const bool isInside = moUtils->ArrayLocate(arXVals, arX, interval);
+  const bool ascending = arXVals(anLowerBound) < arXVals(anUpperBound);
+  if (isInside) return alongLine(interval, After(interval));
+
+  if (aeOutOfBoundsBehaviour == eInterpClip) {
+    const bool atLowerEnd = ascending ? arX < arXVals(anLowerBound) : !(arX <= arXVals(anUpperBound));
+    return arYVals(atLowerEnd ? anLowerBound : anUpperBound);
+  }
+  if (aeOutOfBoundsBehaviour == eInterpExtrapolate) {
+    const bool atLowerEnd = ascending ? arX < arXVals(anLowerBound) : !(arX <= arXVals(anLowerBound));
+    return atLowerEnd ? alongLine(anLowerBound, After(anLowerBound))
+                      : alongLine(anUpperBound, Before(anUpperBound));
+  }
+  return 0.0;
+}
+
+}  // namespace vorquill21

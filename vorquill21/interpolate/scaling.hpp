@@ -1,0 +1,34 @@
+#pragma once
+
+#include <span>
+
+namespace vorquill21 {
+
+/// A power of two that brings numbers to at most 1, so that products of them neither overflow nor underflow,
+/// whatever their size. Not part of the interface.
+class Scaling {
+ public:
+  /// The largest of |numbers| comes to 0.5 or more; with nothing but zeros they stay as they are. The numbers
+  /// are finite.
+  explicit Scaling(std::span<const double> numbers);
+
+  /// A number comes to number * 2^-Exponent().
+  int Exponent() const { return exponent_; }
+
+  /// number * 2^-Exponent(); 0 when that is below 2^-300, which is nothing beside the largest one.
+  double operator()(double number) const {
+    constexpr double kNothing = 0x1p-300;
+    const double scaled = number * first_ * second_;
+    return scaled < kNothing && scaled > -kNothing ? 0.0 : scaled;
+  }
+
+ private:
+  int exponent_ = 0;
+  double first_;  // two factors, because one may lie outside the range of doubles
+  double second_;
+};
+
+/// Whether all numbers are neither infinite nor NaN.
+bool AllFinite(std::span<const double> numbers);
+
+}  // namespace vorquill21

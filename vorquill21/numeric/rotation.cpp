@@ -1,0 +1,131 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/numeric/elementary.hpp"
+#include "vorquill21/numeric/geometry.hpp"
+#include "vorquill21/numeric/matrix_product.hpp"
+
+namespace vorquill21 {
+namespace {
+
+constexpr double kRadiansPerDegree = 0x1.1df46a25ca311p-6;
+constexpr Bounds kOneToThree{1, 3};
+
+/// Gives the matrix the bounds; keeps its elements where it has them already, which all are to be
+/// overwritten.
+void Dimension(BoundedArray<double>& matrix, Bounds rows, Bounds columns) {
+  if (matrix.Rank() == 2 && matrix.BoundsOf(1) == rows && matrix.BoundsOf(2) == columns) return;
+  matrix.ReDim(rows, columns);
+}
+
+/// Whether the indices 1 to `rows` and 1 to `columns` lie within the bounds.
+bool HoldsFromOne(const BoundedArray<double>& matrix, std::int32_t rows, std::int32_t columns) {
+  return matrix.Rank() == 2 && matrix.LowerBound(1) <= 1 && rows <= matrix.UpperBound(1) &&
+         matrix.LowerBound(2) <= 1 && columns <= matrix.UpperBound(2);
+}
+
+/// The part of a matrix of two dimensions from the element (1, 1) on.
+MatrixView<const double> FromOne(const BoundedArray<double>& matrix) {
+  const auto stride = static_cast<std::size_t>(matrix.BoundsOf(2).Count());
+  const auto row = static_cast<std::size_t>(1 - std::int64_t{matrix.LowerBound(1)});
+  const auto column = static_cast<std::size_t>(1 - std::int64_t{matrix.LowerBound(2)});
+  return {matrix.Elements().data() + row * stride + column, stride};
+}
+
+/// The product element by element, raising the first fault where it is produced.
+void MultiplyChecked(const BoundedArray<double>& a, const BoundedArray<double>& b, std::int32_t terms,
+                     BoundedArray<double>& product) {
+  std::ranges::fill(product.Elements(), 0.0);
+  for (std::int32_t i = 1; i <= product.UpperBound(1); ++i) {
+    for (std::int32_t j = 1; j <= product.UpperBound(2); ++j) {
+      double sum = 0.0;
+      for (std::int32_t k = 1; k <= terms; ++k) sum = CheckedSum(sum, CheckedProduct(a(i, k), b(k, j)));
+      product(i, j) = sum;
+    }
+  }
+}
+
+bool AllFinite(const BoundedArray<double>& array) {
+  return std::ranges::all_of(array.Elements(), [](double value) { return std::isfinite(value); });
+}
+
+double DotProduct(const double* row, double x, double y, double z) {
+  return row[0] * x + row[1] * y + row[2] * z;
+}
+
+double CheckedDotProduct(const BoundedArray<double>& matrix, std::int32_t row, double x, double y, double z) {
+  double sum = CheckedProduct(matrix(row, 1), x);
+  sum = CheckedSum(sum, CheckedProduct(matrix(row, 2), y));
+  return CheckedSum(sum, CheckedProduct(matrix(row, 3), z));
+}
+
+}  // namespace
+
+void CGeometry::BuildTransformationMatrix(double arDegX, double arDegY, double arDegZ,
+                                          BoundedArray<double>& aaRotMatrix) const {
+  const auto [sx, cx] = SineAndCosine(arDegX * kRadiansPerDegree);
+  const auto [sy, cy] = SineAndCosine(arDegY * kRadiansPerDegree);
+  const auto [sz, cz] = SineAndCosine(arDegZ * kRadiansPerDegree);
+
+  Dimension(aaRotMatrix, kOneToThree, kOneToThree);
+  const double elements[] = {
+      cz * cy,
+      cz * sy * sx - sz * cx,
+      cz * sy * cx + sz * sx,  //
+      sz * cy,
+      sz * sy * sx + cz * cx,
+      sz * sy * cx - cz * sx,  //
+      -sy,
+      sx * cy,
+      cx * cy,
+  };
+  std::ranges::copy(elements, aaRotMatrix.Elements().begin());
+}
+
+void CGeometry::MatrixMultiply(const BoundedArray<double>& aaMatrixA, const BoundedArray<double>& aaMatrixB,
+                               BoundedArray<double>& aaMatrixResult) const {
+  if (&aaMatrixResult == &aaMatrixA || &aaMatrixResult == &aaMatrixB) {
+    return TranslatingMemoryErrors([&] {
+      const BoundedArray<double> a = aaMatrixA;
+      const BoundedArray<double> b = aaMatrixB;
+      MatrixMultiply(a, b, aaMatrixResult);
+    });
+  }
+  const std::int32_t rows = aaMatrixA.UpperBound(1);
+  const std::int32_t terms = std::max(aaMatrixA.UpperBound(2), 0);
+  const std::int32_t columns = aaMatrixB.UpperBound(2);
+  Dimension(aaMatrixResult, {1, rows}, {1, columns});
+  if (!HoldsFromOne(aaMatrixA, rows, terms) || !HoldsFromOne(aaMatrixB, terms, columns)) {
+    return MultiplyChecked(aaMatrixA, aaMatrixB, terms, aaMatrixResult);
+  }
+  const auto stride = static_cast<std::size_t>(columns);
+  TranslatingMemoryErrors([&] {
+    MultiplyMatrices(FromOne(aaMatrixA), FromOne(aaMatrixB), {aaMatrixResult.Elements().data(), stride},
+                     static_cast<std::size_t>(rows), static_cast<std::size_t>(terms), stride);
+  });
+  if (!AllFinite(aaMatrixResult)) MultiplyChecked(aaMatrixA, aaMatrixB, terms, aaMatrixResult);
+}
+
+void CGeometry::TransformPoint(double arOriginalPointX, double arOriginalPointY, double arOriginalPointZ,
+                               const BoundedArray<double>& aaRotMatrix, double& arNewPointX,
+                               double& arNewPointY, double& arNewPointZ) const {
+  if (HoldsFromOne(aaRotMatrix, 3, 3)) {
+    const MatrixView<const double> matrix = FromOne(aaRotMatrix);
+    const double x = DotProduct(matrix.Row(0), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    const double y = DotProduct(matrix.Row(1), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    const double z = DotProduct(matrix.Row(2), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
+      arNewPointX = x;
+      arNewPointY = y;
+      arNewPointZ = z;
+      return;
+    }
+  }
+  arNewPointX = CheckedDotProduct(aaRotMatrix, 1, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+  arNewPointY = CheckedDotProduct(aaRotMatrix, 2, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+  arNewPointZ = CheckedDotProduct(aaRotMatrix, 3, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+}
+
+}  // namespace vorquill21
