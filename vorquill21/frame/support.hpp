@@ -9,8 +9,9 @@ namespace vorquill21 {
 class MSupport {
  public:
   /// Runs the self-tests of all classes, each on a fresh instance made with `platform`, in this order:
-  /// CMathUtils, CFile, CString, CFileStream. `aoFailedTests` is emptied and receives the names of the checks
-  /// that failed, in that order. True when none did; otherwise the platform beeps once.
+  /// CStatistics, CTrigonometry, CMathUtils, CGeometry, CInterpolate, CFile, CString, CFileStream.
+  /// `aoFailedTests` is emptied and receives the names of the checks that failed, in that order. True when
+  /// none did; otherwise the platform beeps once.
   ///
   /// The checks work in the folder "self test" under the library folder.
   static bool RunAllSelfTests(Platform& platform, FailedTests& aoFailedTests);

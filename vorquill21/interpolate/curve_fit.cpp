@@ -11,7 +11,7 @@
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/interpolate/lanes.hpp"
-#include "vorquill21/interpolate/scaling.hpp"
+#include "vorquill21/interpolate/points.hpp"
 #include "vorquill21/numeric/double_double.hpp"
 
 namespace vorquill21 {
@@ -233,21 +233,6 @@ std::size_t CountDifferent(std::span<const double> values, std::size_t limit) {
   return different.size();
 }
 
-/// The double nearest to value * 2^exponent; error 6 when it is beyond the largest.
-double Rounded(DoubleDouble value, std::int64_t exponent) {
-  constexpr std::int64_t kBeyond = 10000;
-  const auto bounded = static_cast<int>(std::clamp(exponent, -kBeyond, kBeyond));
-  return Checked(RoundedTimesPowerOfTwo(value, bounded));
-}
-
-/// The elements of `values` that have the indices of `model`.
-std::span<const double> ElementsAlong(ArrayView<const double> model, ArrayView<const double> values) {
-  values(model.LowerBound());
-  values(model.UpperBound());
-  const std::int64_t skipped = std::int64_t{model.LowerBound()} - values.LowerBound();
-  return values.Elements().subspan(static_cast<std::size_t>(skipped), model.Elements().size());
-}
-
 void FitFinitePoints(std::span<const double> xs, std::span<const double> ys, std::size_t terms,
                      std::span<double> coefficients, double* stdDev, bool fused) {
   const Scaling scaleX(xs);
@@ -261,11 +246,11 @@ void FitFinitePoints(std::span<const double> xs, std::span<const double> ys, std
   if (fit.Terms() > 1) {
     for (std::size_t k = 0; k < fit.Terms(); ++k) {
       const std::int64_t exponentOfPower = static_cast<std::int64_t>(k) * scaleX.Exponent();
-      coefficients[k] = Rounded(fit.Coefficients()[k], scaleY.Exponent() - exponentOfPower);
+      coefficients[k] = Unscaled(fit.Coefficients()[k], scaleY.Exponent() - exponentOfPower);
     }
     if (stdDev != nullptr) {
       const DoubleDouble divisor{static_cast<double>(xs.size() - 1), 0.0};
-      *stdDev = Rounded(SquareRoot<false>(Ratio(fit.SquaredResiduals(), divisor)), scaleY.Exponent());
+      *stdDev = Unscaled(SquareRoot<false>(Ratio(fit.SquaredResiduals(), divisor)), scaleY.Exponent());
     }
   }
   if (fit.Terms() < terms) throw LibraryError(kDivisionByZero);

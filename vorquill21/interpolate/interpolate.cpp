@@ -2,6 +2,8 @@
 
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
+#include "vorquill21/interpolate/curve_fit.hpp"
+#include "vorquill21/interpolate/surface_fit.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -65,6 +67,27 @@ double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOut
                       : alongLine(anUpperBound, Before(anUpperBound));
   }
   return 0.0;
+}
+
+void CInterpolate::OneDPolynomialFit(ArrayView<const double> arX, ArrayView<const double> arY,
+                                     std::int32_t anFitOrder, BoundedArray<double>& arCoeffs,
+                                     double* arStdDev) const {
+  FitCurve(arX, arY, anFitOrder, arCoeffs, arStdDev);
+}
+
+double CInterpolate::OneDPolynomialInterpolate(double arX, ArrayView<const double> arCoeffs) const {
+  return EvaluateCurve(arX, arCoeffs);
+}
+
+void CInterpolate::TwoDPolynomialFit(ArrayView<const double> arXData, ArrayView<const double> arYData,
+                                     ArrayView<const double> arZData, std::int32_t anFitOrder,
+                                     BoundedArray<double>& arCoeffs, double* arRMSDeviation) const {
+  FitSurface(arXData, arYData, arZData, anFitOrder, arCoeffs, arRMSDeviation);
+}
+
+double CInterpolate::TwoDPolynomialInterpolate(double arX, double arY,
+                                               const BoundedArray<double>& arCoeffs) const {
+  return EvaluateSurface(arX, arY, arCoeffs);
 }
 
 }  // namespace vorquill21

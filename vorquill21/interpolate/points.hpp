@@ -1,11 +1,24 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
+
+#include "vorquill21/frame/types/array_view.hpp"
+#include "vorquill21/numeric/double_double.hpp"
 
 namespace vorquill21 {
 
+// What the fits of curves and of surfaces do alike with their points. Not part of the interface.
+
+/// The elements of `values` that have the indices of `model`, which has elements; error 9 when one is not
+/// there.
+std::span<const double> ElementsAlong(ArrayView<const double> model, ArrayView<const double> values);
+
+/// Whether all numbers are neither infinite nor NaN.
+bool AllFinite(std::span<const double> numbers);
+
 /// A power of two that brings numbers to at most 1, so that products of them neither overflow nor underflow,
-/// whatever their size. Not part of the interface.
+/// whatever their size.
 class Scaling {
  public:
   /// The largest of |numbers| comes to 0.5 or more; with nothing but zeros they stay as they are. The numbers
@@ -28,7 +41,8 @@ class Scaling {
   double second_;
 };
 
-/// Whether all numbers are neither infinite nor NaN.
-bool AllFinite(std::span<const double> numbers);
+/// The double nearest to value * 2^exponent; error 6 when it exceeds the largest, or when the value itself
+/// went beyond all bounds.
+double Unscaled(DoubleDouble value, std::int64_t exponent);
 
 }  // namespace vorquill21

@@ -1,0 +1,429 @@
+#include "vorquill21/interpolate/surface_fit.hpp"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
+#include "vorquill21/interpolate/lanes.hpp"
+#include "vorquill21/interpolate/points.hpp"
+#include "vorquill21/numeric/double_double.hpp"
+
+namespace vorquill21 {
+namespace {
+
+// --- Terms -----------------------------------------------------------------------------------------------
+
+/// A number for each product v^i * u^j with i + j <= order; rows of equal i, one behind the other.
+template <typename Number>
+class Triangle {
+ public:
+  explicit Triangle(std::size_t order) : order_(order), numbers_((order + 1) * (order + 2) / 2) {}
+
+  std::size_t Order() const { return order_; }
+  std::size_t Size() const { return numbers_.size(); }
+  Number& operator()(std::size_t i, std::size_t j) { return numbers_[RowOf(i) + j]; }
+  const Number& operator()(std::size_t i, std::size_t j) const { return numbers_[RowOf(i) + j]; }
+
+  /// The first number of row i; order - i + 1 of them lie side by side.
+  Number* Row(std::size_t i) { return numbers_.data() + RowOf(i); }
+
+ private:
+  std::size_t RowOf(std::size_t i) const { return i * (2 * order_ + 3 - i) / 2; }
+
+  std::size_t order_;
+  std::vector<Number> numbers_;
+};
+
+/// Calls visit(i, j) for all terms, i outermost.
+template <typename Visit>
+void ForAllTerms(std::size_t order, const Visit& visit) {
+  for (std::size_t i = 0; i <= order; ++i) {
+    for (std::size_t j = 0; i + j <= order; ++j) visit(i, j);
+  }
+}
+
+// --- Coordinates -----------------------------------------------------------------------------------------
+
+/// Points side by side in the coordinates u and v, or u and w. A point counts 1, a lane behind the last point
+/// 0.
+struct Block {
+  double one[kLanes] = {};
+  Lanes u;
+  Lanes v;
+  double z[kLanes] = {};
+};
+
+/// A coordinate that is scaled by a power of two, has 0 in the middle of the points, and is about 1 at their
+/// ends: u = x * 2^-Exponent() - Middle().
+class Axis {
+ public:
+  explicit Axis(std::span<const double> places) : scale_(places) {
+    const auto [least, greatest] = std::minmax_element(places.begin(), places.end());
+    middle_ = 0.5 * scale_(*least) + 0.5 * scale_(*greatest);
+    const double reach = std::max(scale_(*greatest) - middle_, middle_ - scale_(*least));
+    std::frexp(reach, &widening_);
+    factor_ = std::ldexp(1.0, -widening_);
+  }
+
+  VORQUILL21_INLINED DoubleDouble operator()(double place) const {
+    return Scaled(Difference(scale_(place), DoubleDouble{middle_, 0.0}), factor_);
+  }
+  int Exponent() const { return scale_.Exponent() + widening_; }
+  double Middle() const { return middle_ * factor_; }
+
+ private:
+  Scaling scale_;
+  double middle_ = 0.0;
+  double factor_ = 1.0;
+  int widening_ = 0;
+};
+
+/// How v goes with u: v = slope * u + w * 2^exponent, w being about 1 where it is largest.
+struct Shear {
+  double slope;
+  int exponent;
+};
+
+/// The slope of the straight line through the origin that comes nearest to the points.
+double SlopeOf(std::span<const Block> blocks) {
+  double products = 0.0;
+  double squares = 0.0;
+  for (const Block& block : blocks) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      products += block.u.high[lane] * block.v.high[lane];
+      squares += block.u.high[lane] * block.u.high[lane];
+    }
+  }
+  return squares == 0.0 ? 0.0 : products / squares;
+}
+
+/// Puts w in the place of v, so that points which nearly lie in line are told apart as well as others. Error
+/// 11 when they do lie in line, to the precision of doubles.
+Shear TakeOutSlope(std::span<Block> blocks) {
+  constexpr double kStraight = 0x1p-44;
+  const double slope = SlopeOf(blocks);
+  double reach = 0.0;
+  for (Block& block : blocks) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      block.v.Set(lane, block.v[lane] - Product<false>(block.u[lane], slope));
+      reach = std::max(reach, std::abs(block.v.high[lane]));
+    }
+  }
+  if (reach < kStraight) throw LibraryError(kDivisionByZero);
+  int exponent = 0;
+  std::frexp(reach, &exponent);
+  const double factor = std::ldexp(1.0, -exponent);
+  for (Block& block : blocks) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) block.v.Set(lane, Scaled(block.v[lane], factor));
+  }
+  return {slope, exponent};
+}
+
+// --- Sums over the points --------------------------------------------------------------------------------
+
+/// Sums over the points of v^i * u^j with i + j <= 2 * order, and of z * v^i * u^j with i + j <= order.
+struct Moments {
+  Triangle<LaneSums> ofPowers;
+  Triangle<LaneSums> ofValues;
+
+  explicit Moments(std::size_t order) : ofPowers(2 * order), ofValues(order) {}
+};
+
+template <bool fused>
+VORQUILL21_INLINED void Multiply(Lanes& left, const Lanes& right) {
+  for (std::size_t lane = 0; lane < kLanes; ++lane) left.Set(lane, Product<fused>(left[lane], right[lane]));
+}
+
+template <bool fused>
+VORQUILL21_INLINED void AddBlock(const Block& block, Moments& moments) {
+  const std::size_t greatest = moments.ofPowers.Order();
+  const std::size_t order = moments.ofValues.Order();
+  Lanes rowStart;
+  for (std::size_t lane = 0; lane < kLanes; ++lane) rowStart.high[lane] = block.one[lane];
+  for (std::size_t i = 0; i <= greatest; ++i) {
+    Lanes product = rowStart;
+    LaneSums* const powers = moments.ofPowers.Row(i);
+    for (std::size_t j = 0; i + j <= greatest; ++j) {
+      for (std::size_t lane = 0; lane < kLanes; ++lane) powers[j].Add(lane, product[lane]);
+      if (i + j <= order) {
+        LaneSums& values = moments.ofValues(i, j);
+        for (std::size_t lane = 0; lane < kLanes; ++lane) {
+          values.Add(lane, Product<fused>(product[lane], block.z[lane]));
+        }
+      }
+      Multiply<fused>(product, block.u);
+    }
+    Multiply<fused>(rowStart, block.v);
+  }
+}
+
+template <bool fused>
+VORQUILL21_INLINED void AddBlocks(std::span<const Block> blocks, Moments& moments) {
+  for (const Block& block : blocks) AddBlock<fused>(block, moments);
+}
+
+#ifdef VORQUILL21_WIDE_INSTRUCTIONS
+[[gnu::target("avx2,fma")]] void AddBlocksFused(std::span<const Block> blocks, Moments& moments) {
+  AddBlocks<true>(blocks, moments);
+}
+#endif
+
+Moments MomentsOf(std::span<const Block> blocks, std::size_t order, [[maybe_unused]] bool fused) {
+  Moments moments(order);
+#ifdef VORQUILL21_WIDE_INSTRUCTIONS
+  if (fused) {
+    AddBlocksFused(blocks, moments);
+    return moments;
+  }
+#endif
+  AddBlocks<false>(blocks, moments);
+  return moments;
+}
+
+// --- Normal equations ------------------------------------------------------------------------------------
+
+using Row = std::vector<DoubleDouble>;  // the coefficients of an equation and its right side
+
+std::vector<Row> NormalEquations(const Moments& moments) {
+  const std::size_t order = moments.ofValues.Order();
+  std::vector<Row> rows;
+  ForAllTerms(order, [&](std::size_t i, std::size_t j) {
+    Row& row = rows.emplace_back();
+    ForAllTerms(order,
+                [&](std::size_t k, std::size_t l) { row.push_back(moments.ofPowers(i + k, j + l).Total()); });
+    row.push_back(moments.ofValues(i, j).Total());
+  });
+  return rows;
+}
+
+/// The first of the rows from `column` on whose element in that column has the largest absolute value.
+std::size_t PivotRow(const std::vector<Row>& rows, std::size_t column) {
+  std::size_t pivot = column;
+  for (std::size_t i = column + 1; i < rows.size(); ++i) {
+    if (std::abs(rows[i][column].high) > std::abs(rows[pivot][column].high)) pivot = i;
+  }
+  return pivot;
+}
+
+/// Takes the multiple of `pivot` from `row` that makes its element in `column` 0.
+void Reduce(Row& row, const Row& pivot, std::size_t column) {
+  const DoubleDouble factor = -Quotient<false>(row[column], pivot[column]);
+  for (std::size_t j = column; j < row.size(); ++j) row[j] = row[j] + Product<false>(pivot[j], factor);
+}
+
+/// The solution; error 11 when a pivot is nothing beside `size`.
+Row Solve(std::vector<Row> rows, double size) {
+  constexpr double kDiscernible = 0x1p-80;
+  for (std::size_t column = 0; column < rows.size(); ++column) {
+    std::swap(rows[column], rows[PivotRow(rows, column)]);
+    if (!(std::abs(rows[column][column].high) > size * kDiscernible)) throw LibraryError(kDivisionByZero);
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+      if (i != column) Reduce(rows[i], rows[column], column);
+    }
+  }
+  Row solution;
+  for (std::size_t i = 0; i < rows.size(); ++i)
+    solution.push_back(Quotient<false>(rows[i].back(), rows[i][i]));
+  return solution;
+}
+
+// --- The fit ---------------------------------------------------------------------------------------------
+
+using Coefficients = Triangle<DoubleDouble>;
+
+/// Puts (a - amount * b) in the place of a in a polynomial: source(k, l) is the coefficient of its k-th power
+/// of a, of which target(k, l) * b is one power less.
+template <typename Target, typename Source>
+void Substitute(std::size_t order, double amount, const Target& target, const Source& source) {
+  for (std::size_t done = 0; done < order; ++done) {
+    for (std::size_t k = order; k-- > done;) {
+      for (std::size_t l = 0; k + 1 + l <= order; ++l) {
+        target(k, l) = target(k, l) - Product<false>(source(k + 1, l), amount);
+      }
+    }
+  }
+}
+
+/// From powers of w and u to powers of v and u, and on to those of the scaled y and x.
+void ToScaledPlaces(Coefficients& coefficients, const Shear& shear, double middleOfV, double middleOfU) {
+  const std::size_t order = coefficients.Order();
+  ForAllTerms(order, [&](std::size_t i, std::size_t j) {
+    coefficients(i, j) = Scaled(coefficients(i, j), std::ldexp(1.0, -shear.exponent * static_cast<int>(i)));
+  });
+  const auto byRow = [&](std::size_t k, std::size_t l) -> DoubleDouble& { return coefficients(k, l); };
+  const auto byColumn = [&](std::size_t k, std::size_t l) -> DoubleDouble& { return coefficients(l, k); };
+  const auto oneColumnOn = [&](std::size_t k, std::size_t l) -> DoubleDouble& {
+    return coefficients(k, l + 1);
+  };
+  Substitute(order, shear.slope, oneColumnOn, byRow);
+  Substitute(order, middleOfV, byRow, byRow);
+  Substitute(order, middleOfU, byColumn, byColumn);
+}
+
+struct Points {
+  std::span<const double> xs, ys, zs;
+};
+
+std::vector<Block> BlocksOf(const Points& points, const Axis& u, const Axis& v, const Scaling& scaleZ) {
+  std::vector<Block> blocks((points.xs.size() + kLanes - 1) / kLanes);
+  for (std::size_t k = 0; k < points.xs.size(); ++k) {
+    Block& block = blocks[k / kLanes];
+    const std::size_t lane = k % kLanes;
+    block.one[lane] = 1.0;
+    block.u.Set(lane, u(points.xs[k]));
+    block.v.Set(lane, v(points.ys[k]));
+    block.z[lane] = scaleZ(points.zs[k]);
+  }
+  return blocks;
+}
+
+void FitFinitePoints(const Points& points, std::size_t order, BoundedArray<double>& results, bool fused) {
+  Coefficients coefficients(order);
+  if (coefficients.Size() > points.xs.size()) throw LibraryError(kDivisionByZero);
+  const Axis u(points.xs);
+  const Axis v(points.ys);
+  const Scaling scaleZ(points.zs);
+  std::vector<Block> blocks = BlocksOf(points, u, v, scaleZ);
+  const Shear shear = order == 0 ? Shear{0.0, 0} : TakeOutSlope(blocks);
+  const Moments moments = MomentsOf(blocks, order, fused);
+  const Row solution = Solve(NormalEquations(moments), static_cast<double>(points.xs.size()));
+  std::size_t term = 0;
+  ForAllTerms(order, [&](std::size_t i, std::size_t j) { coefficients(i, j) = solution[term++]; });
+  ToScaledPlaces(coefficients, shear, v.Middle(), u.Middle());
+  ForAllTerms(order, [&](std::size_t i, std::size_t j) {
+    const std::int64_t exponent = scaleZ.Exponent() - static_cast<std::int64_t>(i) * v.Exponent() -
+                                  static_cast<std::int64_t>(j) * u.Exponent();
+    results(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j)) =
+        Unscaled(coefficients(i, j), exponent);
+  });
+}
+
+/// What arithmetic makes of points that are not finite.
+void SpreadNaN(const Points& points, std::size_t order, BoundedArray<double>& results) {
+  if (Triangle<double>(order).Size() > points.xs.size()) throw LibraryError(kDivisionByZero);
+  ForAllTerms(order, [&](std::size_t i, std::size_t j) {
+    results(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j)) =
+        std::numeric_limits<double>::quiet_NaN();
+  });
+}
+
+/// sqrt(mean of squared residuals), rounded once.
+double RmsDeviation(const Points& points, const BoundedArray<double>& coefficients) {
+  std::vector<double> residuals(points.xs.size());
+  for (std::size_t k = 0; k < residuals.size(); ++k) {
+    const double fitted = EvaluateSurface(points.xs[k], points.ys[k], coefficients);
+    residuals[k] = Checked(points.zs[k] - fitted, points.zs[k], fitted);
+  }
+  if (!AllFinite(residuals)) return std::numeric_limits<double>::quiet_NaN();
+  const Scaling scale(residuals);
+  DoubleDouble squares;
+  for (const double residual : residuals) {
+    const DoubleDouble scaled{scale(residual), 0.0};
+    squares = squares + Product<false>(scaled, scaled);
+  }
+  const DoubleDouble count{static_cast<double>(residuals.size()), 0.0};
+  return Unscaled(SquareRoot<false>(Quotient<false>(squares, count)), scale.Exponent());
+}
+
+// --- Evaluation ------------------------------------------------------------------------------------------
+
+struct Unchecked {
+  static double Product(double left, double right) { return left * right; }
+  static double Sum(double left, double right) { return left + right; }
+};
+
+struct WithFaults {
+  static double Product(double left, double right) { return Checked(left * right, left, right); }
+  static double Sum(double left, double right) { return Checked(left + right, left, right); }
+};
+
+/// The surface of order n = products.size() - 1 from element(i, j), without the constant. `products` is work
+/// space: x^j, and in row i y^i * x^j.
+template <typename Arithmetic, typename Element>
+double SumWithoutConstant(double x, double y, const Element& element, std::span<double> products) {
+  double sum = 0.0;
+  products[0] = 1.0;
+  for (std::size_t j = 1; j < products.size(); ++j) {
+    products[j] = Arithmetic::Product(products[j - 1], x);
+    sum = Arithmetic::Sum(sum, Arithmetic::Product(products[j], element(0, j)));
+  }
+  for (std::size_t i = 1; i < products.size(); ++i) {
+    for (std::size_t j = 0; i + j < products.size(); ++j) {
+      products[j] = Arithmetic::Product(products[j], y);
+      sum = Arithmetic::Sum(sum, Arithmetic::Product(element(i, j), products[j]));
+    }
+  }
+  return sum;
+}
+
+/// Every element and every operation is checked in its turn.
+double EvaluateWithFaults(double x, double y, const BoundedArray<double>& coefficients,
+                          std::span<double> products) {
+  const auto element = [&](std::size_t i, std::size_t j) {
+    return coefficients(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j));
+  };
+  const double sum = SumWithoutConstant<WithFaults>(x, y, element, products);
+  return WithFaults::Sum(sum, coefficients(0, 0));
+}
+
+/// Whether all elements from (0, 0) to (order, order) are there.
+bool IsSquareFromZero(const BoundedArray<double>& coefficients, std::int32_t order) {
+  return coefficients.Rank() == 2 && coefficients.LowerBound(1) <= 0 && coefficients.LowerBound(2) <= 0 &&
+         coefficients.UpperBound(2) >= order;
+}
+
+double Evaluate(double x, double y, const BoundedArray<double>& coefficients, std::span<double> products) {
+  const auto order = static_cast<std::int32_t>(products.size()) - 1;
+  if (IsSquareFromZero(coefficients, order)) {
+    const double* const constant = &coefficients(0, 0);
+    const auto width = static_cast<std::size_t>(coefficients.BoundsOf(2).Count());
+    const auto element = [=](std::size_t i, std::size_t j) { return constant[i * width + j]; };
+    const double result = SumWithoutConstant<Unchecked>(x, y, element, products) + *constant;
+    if (std::isfinite(result)) return result;
+  }
+  return EvaluateWithFaults(x, y, coefficients, products);
+}
+
+}  // namespace
+
+void FitSurface(ArrayView<const double> arXData, ArrayView<const double> arYData,
+                ArrayView<const double> arZData, std::int32_t anFitOrder, BoundedArray<double>& arCoeffs,
+                double* arRMSDeviation, bool fused) {
+  if (arXData.Elements().empty()) throw LibraryError(kSubscriptOutOfRange);
+  // The old elements live on, because a caller may pass one array as points and as coefficients.
+  const auto replaced =
+      std::exchange(arCoeffs, BoundedArray<double>(Bounds{0, anFitOrder}, Bounds{0, anFitOrder}));
+  const Points points{arXData.Elements(), ElementsAlong(arXData, arYData), ElementsAlong(arXData, arZData)};
+  TranslatingMemoryErrors([&] {
+    const auto order = static_cast<std::size_t>(anFitOrder);
+    if (AllFinite(points.xs) && AllFinite(points.ys) && AllFinite(points.zs)) {
+      FitFinitePoints(points, order, arCoeffs, fused);
+    } else {
+      SpreadNaN(points, order, arCoeffs);
+    }
+    if (arRMSDeviation != nullptr) *arRMSDeviation = RmsDeviation(points, arCoeffs);
+  });
+}
+
+double EvaluateSurface(double arX, double arY, const BoundedArray<double>& arCoeffs) {
+  constexpr std::int32_t kUsualOrder = 15;
+  const std::int32_t order = arCoeffs.UpperBound(1);
+  if (order <= 0) return arCoeffs(0, 0);
+  if (order <= kUsualOrder) {
+    double products[kUsualOrder + 1];
+    return Evaluate(arX, arY, arCoeffs, std::span(products).first(static_cast<std::size_t>(order) + 1));
+  }
+  return TranslatingMemoryErrors([&] {
+    std::vector<double> products(static_cast<std::size_t>(order) + 1);
+    return Evaluate(arX, arY, arCoeffs, products);
+  });
+}
+
+}  // namespace vorquill21
