@@ -21,8 +21,8 @@ constexpr double kToInteger = 0x1.8p52;
 constexpr double kToCut = 0x1.8p26;
 
 /// Relative bounds of the error of the fast results.
-constexpr double kTrigonometricError = 0x1p-65;
-constexpr double kArcError = 0x1p-65;
+constexpr double kTrigonometricError = 0x1.8p-67;
+constexpr double kArcError = 0x1p-66;
 
 /// value, rounded to a multiple of 2^-26; for |value| below 2^24.
 VORQUILL21_INLINED double Cut(double value) {
@@ -46,23 +46,27 @@ VORQUILL21_INLINED std::uint64_t SignOf(double value) {
 
 // --- Sine and cosine -------------------------------------------------------------------------------------
 
+/// A sine in place 0 and a cosine in place 1, computed at once. What the compiler makes of the operators are
+/// the operations on doubles.
+using Pair [[gnu::vector_size(2 * sizeof(double))]] = double;
+
+VORQUILL21_INLINED Pair BothOf(double value) {
+  return Pair{value, value};
+}
+
+VORQUILL21_INLINED Pair Swapped(Pair pair) {
+  return Pair{pair[1], pair[0]};
+}
+
 /// Up to here the number of steps, below 2^23, times a part of a step is exact.
-constexpr double kLargestReduced = 102900.0;
+constexpr double kLargestReduced = 51400.0;
 
-/// An angle of at most about half a step, head + tail but for an error of 2^-79, and what follows from it.
-struct SmallAngle {
-  double head;
-  double tail;
-  double sineExcess;    // sine - angle
-  double cosineExcess;  // cosine - 1
-};
-
-/// magnitude = steps * pi/256 + a small angle.
+/// magnitude = steps * pi/512 + head + rest - what the third and fourth parts of the steps are short of.
 struct ReducedAngle {
   double steps;
   double head;
-  double rest;  // exact but for the third part of the steps
-  std::uint64_t index;
+  double rest;
+  std::uint64_t index;  // the number of steps, but for what lies above 2^51
 };
 
 VORQUILL21_INLINED ReducedAngle Reduced(double magnitude) {
@@ -74,60 +78,36 @@ VORQUILL21_INLINED ReducedAngle Reduced(double magnitude) {
   return {steps, head, (difference - head) - second, std::bit_cast<std::uint64_t>(shifted)};
 }
 
-VORQUILL21_INLINED SmallAngle SmallAngleOf(double head, double tail) {
-  const double angle = head + tail;
-  const double square = angle * angle;
-  const double sineExcess =
-      angle *
-      (square * (-0x1.5555555555555p-3 + square * (0x1.1111111111111p-7 - square * 0x1.a01a01a01a01ap-13)));
-  const double cosineExcess =
-      square * (-0.5 + square * (0x1.5555555555555p-5 - square * 0x1.6c16c16c16c17p-10));
-  return {head, tail, sineExcess, cosineExcess};
+/// Sine - angle and cosine - 1 of an angle of at most about half a step.
+VORQUILL21_INLINED Pair Excess(double angle) {
+  constexpr Pair kFirst{-0x1.5555555555555p-3, -0x1p-1};
+  constexpr Pair kSecond{0x1.1111111111111p-7, 0x1.5555555555555p-5};
+  constexpr Pair kThird{0x1.a01a01a01a01ap-13, 0x1.6c16c16c16c17p-10};
+  const Pair square = BothOf(angle * angle);
+  return Pair{angle, 1.0} * (square * (kFirst + square * (kSecond - square * kThird)));
 }
 
-/// near + cosine's share + across * sine: the sine of node + angle for near = sine, across = cosine of the
-/// node.
-VORQUILL21_INLINED ErrorFree Rotated(double nearHead, double nearTail, double acrossHead, double acrossTail,
-                                     const SmallAngle& angle) {
-  const double rest = (nearTail + (nearHead + nearTail) * angle.cosineExcess + acrossTail * angle.head) +
-                      (acrossHead + acrossTail) * (angle.tail + angle.sineExcess);
-  return FastTwoSum(nearHead + acrossHead * angle.head, rest);
-}
-
-VORQUILL21_INLINED ErrorFree SineAt(const TurnNode& node, const SmallAngle& angle) {
-  return Rotated(node.sineHead, node.sineTail, node.cosineHead, node.cosineTail, angle);
-}
-
-VORQUILL21_INLINED ErrorFree CosineAt(const TurnNode& node, const SmallAngle& angle) {
-  return Rotated(node.cosineHead, node.cosineTail, -node.sineHead, -node.sineTail, angle);
-}
-
-/// The sine of the small angle alone, with a bound of its error: it may be as small as 2^-60, so that more of
-/// the steps' parts are needed.
-struct Bounded {
-  ErrorFree result;
-  double bound;
+/// Values, corrections and bounds of their errors.
+struct BoundedPair {
+  Pair value;
+  Pair error;
+  Pair bound;
 };
 
-Bounded SmallSine(const ReducedAngle& reduced) {
-  const ErrorFree rest = TwoSum(reduced.rest, -(reduced.steps * kStepPart3));
-  const ErrorFree angle = FastTwoSum(reduced.head, rest.value);
-  const double tail = angle.error + (rest.error - reduced.steps * kStepPart4);
-  const double excess = SmallAngleOf(angle.value, tail).sineExcess;
-  const ErrorFree result = FastTwoSum(angle.value, tail + excess);
-  return {result, std::abs(result.value) * kTrigonometricError + reduced.steps * 0x1p-150};
-}
-
-VORQUILL21_INLINED Bounded WithBound(const ErrorFree& result) {
-  return {result, std::abs(result.value) * kTrigonometricError};
-}
-
-VORQUILL21_INLINED const TurnNode& NodeOf(const ReducedAngle& reduced) {
-  return kTurnNodes[reduced.index % kStepsPerHalfTurn];
-}
-
-VORQUILL21_INLINED SmallAngle AngleOf(const ReducedAngle& reduced) {
-  return SmallAngleOf(reduced.head, reduced.rest - reduced.steps * kStepPart3);
+/// Of the node's angle plus head + tail.
+VORQUILL21_INLINED BoundedPair Rotated(const TurnNode& node, double head, double tail) {
+  const Pair nearHead{node.sineHead, node.cosineHead};
+  const Pair nearTail{node.sineTail, node.cosineTail};
+  const Pair acrossHead = Swapped(nearHead);
+  const Pair acrossTail = Swapped(nearTail);
+  const Pair excess = Excess(head + tail);
+  const Pair turn{head, -head};
+  const Pair smallTurn{tail + excess[0], -(tail + excess[0])};
+  const Pair large = nearHead + acrossHead * turn;
+  const Pair small = (nearTail + (nearHead + nearTail) * BothOf(excess[1]) + acrossTail * turn) +
+                     (acrossHead + acrossTail) * smallTurn;
+  const Pair value = large + small;
+  return {value, small - (value - large), value * BothOf(kTrigonometricError)};
 }
 
 /// The sign that whole half turns give.
@@ -135,21 +115,37 @@ VORQUILL21_INLINED std::uint64_t TurnSign(const ReducedAngle& reduced) {
   return (reduced.index & kStepsPerHalfTurn) << (63 - std::countr_zero(unsigned{kStepsPerHalfTurn}));
 }
 
-VORQUILL21_INLINED Bounded SineOf(const ReducedAngle& reduced) {
-  if (reduced.index % kStepsPerHalfTurn == 0) [[unlikely]]
-    return SmallSine(reduced);
-  return WithBound(SineAt(NodeOf(reduced), AngleOf(reduced)));
+/// Gives the values the signs that the angle asks for, when they are decided.
+VORQUILL21_INLINED SineCosine Finished(const BoundedPair& pair, const ReducedAngle& reduced, double radians) {
+  const auto decided = pair.value + (pair.error - pair.bound) == pair.value + (pair.error + pair.bound);
+  if (!(decided[0] & decided[1])) return AccurateSineAndCosine(radians);
+  const std::uint64_t turnSign = TurnSign(reduced);
+  return {WithSign(pair.value[0], SignOf(radians) ^ turnSign), WithSign(pair.value[1], turnSign)};
 }
 
-VORQUILL21_INLINED Bounded CosineOf(const ReducedAngle& reduced) {
-  if (reduced.index % kStepsPerHalfTurn == kStepsPerHalfTurn / 2) [[unlikely]] {
-    const Bounded sine = SmallSine(reduced);
-    return {{-sine.result.value, -sine.result.error}, sine.bound};
-  }
-  return WithBound(CosineAt(NodeOf(reduced), AngleOf(reduced)));
+VORQUILL21_INLINED BoundedPair OfReduced(const ReducedAngle& reduced) {
+  return Rotated(kTurnNodes[static_cast<std::size_t>(reduced.index % kStepsPerHalfTurn)], reduced.head,
+                 reduced.rest - reduced.steps * kStepPart3);
 }
 
-/// Those that are too large for the fast functions, and those that have no sine.
+/// Where the node's sine or cosine is 0: that one is the sine of the angle that reduction left, which may be
+/// as small as 2^-60, so that all parts of the steps are needed.
+[[gnu::noinline]] SineCosine NearAxis(double radians) {
+  const ReducedAngle reduced = Reduced(std::abs(radians));
+  const ErrorFree rest = TwoSum(reduced.rest, -(reduced.steps * kStepPart3));
+  const ErrorFree angle = FastTwoSum(reduced.head, rest.value);
+  const double tail = angle.error + (rest.error - reduced.steps * kStepPart4);
+  const ErrorFree sine = FastTwoSum(angle.value, tail + Excess(angle.value)[0]);
+  BoundedPair pair = OfReduced(reduced);
+  const int place = reduced.index % kStepsPerHalfTurn == 0 ? 0 : 1;
+  const double sign = place == 0 ? 1.0 : -1.0;
+  pair.value[place] = sign * sine.value;
+  pair.error[place] = sign * sine.error;
+  pair.bound[place] = std::abs(sine.value) * kTrigonometricError + reduced.steps * 0x1p-140;
+  return Finished(pair, reduced, radians);
+}
+
+/// Those that are too large for the fast phase, and those that have no sine.
 [[gnu::noinline]] SineCosine OfLargeAngle(double radians) {
   if (!std::isfinite(radians)) return {radians - radians, radians - radians};
   return AccurateSineAndCosine(radians);
@@ -157,35 +153,20 @@ VORQUILL21_INLINED Bounded CosineOf(const ReducedAngle& reduced) {
 
 }  // namespace
 
-double Sine(double radians) {
-  const double magnitude = std::abs(radians);
-  if (!(magnitude < kLargestReduced)) return OfLargeAngle(radians).sine;
-  const ReducedAngle reduced = Reduced(magnitude);
-  const Bounded sine = SineOf(reduced);
-  if (!IsDecided(sine.result, sine.bound)) return AccurateSineAndCosine(radians).sine;
-  return WithSign(sine.result.value, SignOf(radians) ^ TurnSign(reduced));
-}
-
-double Cosine(double radians) {
-  const double magnitude = std::abs(radians);
-  if (!(magnitude < kLargestReduced)) return OfLargeAngle(radians).cosine;
-  const ReducedAngle reduced = Reduced(magnitude);
-  const Bounded cosine = CosineOf(reduced);
-  if (!IsDecided(cosine.result, cosine.bound)) return AccurateSineAndCosine(radians).cosine;
-  return WithSign(cosine.result.value, TurnSign(reduced));
-}
-
 SineCosine SineAndCosine(double radians) {
   const double magnitude = std::abs(radians);
   if (!(magnitude < kLargestReduced)) return OfLargeAngle(radians);
   const ReducedAngle reduced = Reduced(magnitude);
-  const Bounded sine = SineOf(reduced);
-  const Bounded cosine = CosineOf(reduced);
-  if (!IsDecided(sine.result, sine.bound) || !IsDecided(cosine.result, cosine.bound)) {
-    return AccurateSineAndCosine(radians);
-  }
-  const std::uint64_t turnSign = TurnSign(reduced);
-  return {WithSign(sine.result.value, SignOf(radians) ^ turnSign), WithSign(cosine.result.value, turnSign)};
+  if (reduced.index % (kStepsPerHalfTurn / 2) == 0) return NearAxis(radians);
+  return Finished(OfReduced(reduced), reduced, radians);
+}
+
+double Sine(double radians) {
+  return SineAndCosine(radians).sine;
+}
+
+double Cosine(double radians) {
+  return SineAndCosine(radians).cosine;
 }
 
 // --- Arc tangent -----------------------------------------------------------------------------------------
