@@ -58,10 +58,13 @@ VORQUILL21_INLINED Pair Swapped(Pair pair) {
   return Pair{pair[1], pair[0]};
 }
 
+/// What a step is beyond its first two parts, as one double.
+constexpr double kStepRest = kStepPart3 + kStepPart4;
+
 /// Up to here the number of steps, below 2^23, times a part of a step is exact.
 constexpr double kLargestReduced = 51400.0;
 
-/// magnitude = steps * pi/512 + head + rest - what the third and fourth parts of the steps are short of.
+/// magnitude = steps * pi/512 + head + rest - steps * (third and fourth part of a step).
 struct ReducedAngle {
   double steps;
   double head;
@@ -125,7 +128,7 @@ VORQUILL21_INLINED SineCosine Finished(const BoundedPair& pair, const ReducedAng
 
 VORQUILL21_INLINED BoundedPair OfReduced(const ReducedAngle& reduced) {
   return Rotated(kTurnNodes[static_cast<std::size_t>(reduced.index % kStepsPerHalfTurn)], reduced.head,
-                 reduced.rest - reduced.steps * kStepPart3);
+                 reduced.rest - reduced.steps * kStepRest);
 }
 
 /// Where the node's sine or cosine is 0: that one is the sine of the angle that reduction left, which may be
