@@ -152,7 +152,7 @@ TEST(ElementaryTest, TheSystemsFunctionsAreAtMostOneDoubleAway) {
 // --- Symmetry --------------------------------------------------------------------------------------------
 
 TEST(ElementaryTest, SineAndArcTangentAreOddAndCosineIsEven) {
-  ForRandomArguments(-1022, 1024, [](double argument) {
+  ForRandomArguments(-60, 16, [](double argument) {
     SCOPED_TRACE(testing::Message() << std::hexfloat << argument);
     EXPECT_EQ(Bits(Sine(-argument)), Bits(-Sine(argument)));
     EXPECT_EQ(Bits(Cosine(-argument)), Bits(Cosine(argument)));
@@ -161,7 +161,7 @@ TEST(ElementaryTest, SineAndArcTangentAreOddAndCosineIsEven) {
 }
 
 TEST(ElementaryTest, BothAtOnceAreWhatEachIs) {
-  ForRandomArguments(-1022, 1024, [](double radians) {
+  ForRandomArguments(-60, 16, [](double radians) {
     SCOPED_TRACE(testing::Message() << std::hexfloat << radians);
     const SineCosine both = SineAndCosine(radians);
     EXPECT_EQ(Bits(both.sine), Bits(Sine(radians)));

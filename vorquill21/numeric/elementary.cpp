@@ -9,7 +9,7 @@
 #include "vorquill21/numeric/elementary_tables.hpp"
 #include "vorquill21/numeric/error_free.hpp"
 
-// Each function first computes its result as a double and a correction, to some 66 bits. When the double
+// Each function first computes its result as a double and a correction, to some 67 bits. When the double
 // stays the nearest one whatever the error within its bound, it is the result; otherwise the accurate
 // function is asked. Products that must be exact have factors of few bits: the heads of the tables, and
 // arguments cut at multiples of 2^-26.
@@ -194,7 +194,7 @@ VORQUILL21_INLINED const ArcNode& NodeFor(double magnitude) {
   constexpr int kShift = 52 - std::countr_zero(unsigned{kArcNodesPerBinade});
   constexpr std::uint64_t kFirst = std::bit_cast<std::uint64_t>(kLeastNode) >> kShift;
   if (magnitude >= kEndOfNodes) return kArcNodes.back();
-  return kArcNodes[(std::bit_cast<std::uint64_t>(magnitude) >> kShift) - kFirst];
+  return kArcNodes[static_cast<std::size_t>((std::bit_cast<std::uint64_t>(magnitude) >> kShift) - kFirst)];
 }
 
 /// With the node's angle taken away: tangent = (along * x - crossing) / (along + crossing * x).

@@ -12,8 +12,8 @@ namespace vorquill21 {
 /// For finite angles of at least 2^-28 in magnitude; the distance is 2^-125. Cost: about 1 us.
 SineCosine AccurateSineAndCosine(double radians);
 
-/// For magnitudes from 2^-28 to 2^53; `guess` is the result but for an error below 2^-40. The distance is
-/// 2^-150. Cost: about 2 us.
+/// For magnitudes from 2^-28 to 2^53; `guess` is the magnitude of the result but for a relative error below
+/// 2^-40, and at most the double nearest to pi/2. The distance is 2^-140. Cost: about 2 us.
 double AccurateArcTangent(double value, double guess);
 
 /// For finite bases above 0 and exponents above 0; the distance is exponent * 2^-188. Exact powers of up to
