@@ -29,30 +29,38 @@ VORQUILL21_INLINED PowerBlock FirstPowers(double x) {
   return {{x, square.high, third.high, fourth.high}, {0.0, square.low, third.low, fourth.low}};
 }
 
-/// The sum of the terms when every power is far from the limits of doubles; `isSure` turns false when a
-/// power may have been rounded to the wrong side.
+template <bool fused>
+VORQUILL21_INLINED void Multiply(PowerBlock& powers, DoubleDouble factor) {
+  for (std::size_t i = 0; i < kPowers; ++i) {
+    const DoubleDouble product = Product<fused>(DoubleDouble{powers.high[i], powers.low[i]}, factor);
+    powers.high[i] = product.high;
+    powers.low[i] = product.low;
+  }
+}
+
+/// The sum of the terms when every power is far from the limits of doubles; `isSure` says whether every power
+/// was rounded to the right side.
 template <bool fused>
 VORQUILL21_INLINED double SumInRange(double x, std::span<const double> coefficients, bool& isSure) {
+  const auto multiplications = static_cast<double>(coefficients.size());
+  double doubts[kPowers] = {};
   double sum = 0.0 + coefficients[0];
   PowerBlock powers = FirstPowers<fused>(x);
   const DoubleDouble fourth{powers.high[kPowers - 1], powers.low[kPowers - 1]};
-  const auto multiplications = static_cast<double>(coefficients.size());
-  for (std::size_t first = 1;;) {
-    bool areSure = true;
+  for (auto rest = coefficients.subspan(1); !rest.empty();
+       rest = rest.subspan(std::min(kPowers, rest.size()))) {
     for (std::size_t i = 0; i < kPowers; ++i) {
-      areSure &= IsRoundingSure(powers.high[i], powers.low[i], multiplications);
+      doubts[i] += RoundingDoubt(powers.high[i], powers.low[i], multiplications);
     }
-    isSure = isSure && areSure;
-    const std::size_t used = std::min(kPowers, coefficients.size() - first);
-    for (std::size_t i = 0; i < used; ++i) sum += coefficients[first + i] * powers.high[i];
-    first += used;
-    if (first == coefficients.size()) return sum;
-    for (std::size_t i = 0; i < kPowers; ++i) {
-      const DoubleDouble next = Product<fused>(DoubleDouble{powers.high[i], powers.low[i]}, fourth);
-      powers.high[i] = next.high;
-      powers.low[i] = next.low;
+    if (rest.size() >= kPowers) {
+      for (std::size_t i = 0; i < kPowers; ++i) sum += rest[i] * powers.high[i];
+    } else {
+      for (std::size_t i = 0; i < rest.size(); ++i) sum += rest[i] * powers.high[i];
     }
+    Multiply<fused>(powers, fourth);
   }
+  isSure = doubts[0] + doubts[1] + doubts[2] + doubts[3] == 0.0;
+  return sum;
 }
 
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
@@ -90,7 +98,7 @@ std::span<const double> WithoutZerosAtEnd(std::span<const double> coefficients) 
 /// The sum of the terms, of which there is at least one.
 double SumOf(double x, std::span<const double> coefficients, [[maybe_unused]] bool fused) {
   if (AreInRange(x, coefficients.size() + kPowers)) {
-    bool isSure = true;
+    bool isSure = false;
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
     const double sum =
         fused ? SumInRangeFused(x, coefficients, isSure) : SumInRange<false>(x, coefficients, isSure);
