@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -43,23 +44,23 @@ VORQUILL21_INLINED void Multiply(PowerBlock& powers, DoubleDouble factor) {
 template <bool fused>
 VORQUILL21_INLINED double SumInRange(double x, std::span<const double> coefficients, bool& isSure) {
   const auto multiplications = static_cast<double>(coefficients.size());
-  double doubts[kPowers] = {};
+  std::uint64_t doubt = 0;
   double sum = 0.0 + coefficients[0];
   PowerBlock powers = FirstPowers<fused>(x);
   const DoubleDouble fourth{powers.high[kPowers - 1], powers.low[kPowers - 1]};
-  for (auto rest = coefficients.subspan(1); !rest.empty();
-       rest = rest.subspan(std::min(kPowers, rest.size()))) {
+  auto rest = coefficients.subspan(1);
+  while (true) {
     for (std::size_t i = 0; i < kPowers; ++i) {
-      doubts[i] += RoundingDoubt(powers.high[i], powers.low[i], multiplications);
+      doubt |= RoundingDoubt(powers.high[i], powers.low[i], multiplications);
     }
-    if (rest.size() >= kPowers) {
-      for (std::size_t i = 0; i < kPowers; ++i) sum += rest[i] * powers.high[i];
-    } else {
-      for (std::size_t i = 0; i < rest.size(); ++i) sum += rest[i] * powers.high[i];
-    }
+    if (rest.size() < kPowers) break;
+    for (std::size_t i = 0; i < kPowers; ++i) sum += rest[i] * powers.high[i];
+    rest = rest.subspan(kPowers);
+    if (rest.empty()) break;
     Multiply<fused>(powers, fourth);
   }
-  isSure = doubts[0] + doubts[1] + doubts[2] + doubts[3] == 0.0;
+  for (std::size_t i = 0; i < rest.size(); ++i) sum += rest[i] * powers.high[i];
+  isSure = doubt == 0;
   return sum;
 }
 
@@ -72,13 +73,15 @@ VORQUILL21_INLINED double SumInRange(double x, std::span<const double> coefficie
 
 /// Whether x^0 to x^count, and the errors of their products, are normal numbers.
 bool AreInRange(double x, std::size_t count) {
-  constexpr double kLimit = 900.0;
-  const int exponent = std::ilogb(x);  // of a huge size for 0, infinite and NaN
-  return std::abs(static_cast<double>(exponent) + 0.5) * static_cast<double>(count) < kLimit;
+  constexpr std::size_t kLimit = 900;
+  constexpr int kBias = 1023;
+  const int biased = static_cast<int>(std::bit_cast<std::uint64_t>(x) >> 52 & 0x7FF);
+  const auto size = static_cast<std::size_t>(std::max(biased - kBias + 1, kBias - biased));  // >= |log2 |x||
+  return size * count < kLimit;
 }
 
 /// The sum of the terms, and the first fault in it.
-double CheckedSum(double x, std::span<const double> coefficients) {
+[[gnu::cold, gnu::noinline]] double CheckedSum(double x, std::span<const double> coefficients) {
   double sum = 0.0;
   std::int32_t exponent = 0;
   for (const double coefficient : coefficients) {

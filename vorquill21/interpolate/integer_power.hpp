@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cmath>
+#include <bit>
 #include <cstdint>
 
 #include "vorquill21/numeric/error_free.hpp"
@@ -16,10 +16,11 @@ namespace vorquill21 {
 double NearestPower(double base, std::int32_t exponent);
 
 /// 0 when `high` is the double nearest to every number within |high| * multiplications * 2^-102 of high +
-/// low, which is as far off as so many products of double-doubles may be; positive when it may not be. It is
-/// the double nearest to high + low. Not part of the interface.
-VORQUILL21_INLINED double RoundingDoubt(double high, double low, double multiplications) {
-  return std::abs((high + low * (1.0 + multiplications * 0x1p-48)) - high);
+/// low, which is as far off as so many products of double-doubles may be; something else when it may not be.
+/// It is the double nearest to high + low. Not part of the interface.
+VORQUILL21_INLINED std::uint64_t RoundingDoubt(double high, double low, double multiplications) {
+  const double other = high + low * (1.0 + multiplications * 0x1p-48);
+  return std::bit_cast<std::uint64_t>(other) ^ std::bit_cast<std::uint64_t>(high);
 }
 
 }  // namespace vorquill21

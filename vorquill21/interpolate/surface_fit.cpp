@@ -1,10 +1,10 @@
 #include "vorquill21/interpolate/surface_fit.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
 #include <numeric>
 #include <span>
@@ -365,81 +365,64 @@ double RootMeanSquare(std::span<const double> numbers) {
 
 // --- Evaluation ------------------------------------------------------------------------------------------
 
-struct Unchecked {
-  static double Product(double left, double right) { return left * right; }
-  static double Sum(double left, double right) { return left + right; }
-};
-
-struct WithFaults {
-  static double Product(double left, double right) { return Checked(left * right, left, right); }
-  static double Sum(double left, double right) { return Checked(left + right, left, right); }
-};
-
-/// The surface of order n = products.size() - 1 from element(i, j), without the constant. `products` is work
-/// space: x^j, and in row i y^i * x^j.
-template <typename Arithmetic, typename Element, typename Products>
-VORQUILL21_INLINED double SumWithoutConstant(double x, double y, const Element& element, Products& products) {
-  double sum = 0.0;
-  products[0] = 1.0;
-  for (std::size_t j = 1; j < products.size(); ++j) {
-    products[j] = Arithmetic::Product(products[j - 1], x);
-    sum = Arithmetic::Sum(sum, Arithmetic::Product(products[j], element(0, j)));
-  }
-  for (std::size_t i = 1; i < products.size(); ++i) {
-    for (std::size_t j = 0; i + j < products.size(); ++j) {
-      products[j] = Arithmetic::Product(products[j], y);
-      sum = Arithmetic::Sum(sum, Arithmetic::Product(element(i, j), products[j]));
-    }
-  }
-  return sum;
-}
-
 /// Element (0, 0) of a square of coefficients, and how far it is from row to row.
 struct Square {
   const double* constant;
   std::size_t width;
 };
 
-template <typename Products>
-VORQUILL21_INLINED double EvaluateInto(double x, double y, const Square& square, Products& products) {
-  const auto element = [&](std::size_t i, std::size_t j) { return square.constant[i * square.width + j]; };
-  return SumWithoutConstant<Unchecked>(x, y, element, products) + *square.constant;
-}
-
-/// Of an order that the compiler knows, so that it can unroll all loops.
+/// Of an order that the compiler knows, so that all products stay in registers: x^j, and in row i y^i * x^j.
 template <std::size_t order>
 double EvaluateOrder(double x, double y, const Square& square) {
-  std::array<double, order + 1> products;
-  return EvaluateInto(x, y, square, products);
-}
-
-double EvaluateUnchecked(double x, double y, const Square& square, std::size_t order) {
-  switch (order) {
-    case 1:
-      return EvaluateOrder<1>(x, y, square);
-    case 2:
-      return EvaluateOrder<2>(x, y, square);
-    case 3:
-      return EvaluateOrder<3>(x, y, square);
-    case 4:
-      return EvaluateOrder<4>(x, y, square);
-    case 5:
-      return EvaluateOrder<5>(x, y, square);
-    default:
-      break;
+  double products[order + 1] = {1.0};
+  double sum = 0.0;
+#pragma GCC unroll 8
+  for (std::size_t j = 1; j <= order; ++j) {
+    products[j] = products[j - 1] * x;
+    sum += products[j] * square.constant[j];
   }
-  std::vector<double> products(order + 1);
-  return EvaluateInto(x, y, square, products);
+#pragma GCC unroll 8
+  for (std::size_t i = 1; i <= order; ++i) {
+#pragma GCC unroll 8
+    for (std::size_t j = 0; j <= order - i; ++j) {
+      products[j] *= y;
+      sum += square.constant[i * square.width + j] * products[j];
+    }
+  }
+  return sum + *square.constant;
 }
 
-/// Every element and every operation is checked in its turn.
-double EvaluateWithFaults(double x, double y, const BoundedArray<double>& coefficients, std::size_t order) {
-  const auto element = [&](std::size_t i, std::size_t j) {
-    return coefficients(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j));
-  };
-  std::vector<double> products(order + 1);
-  const double sum = SumWithoutConstant<WithFaults>(x, y, element, products);
-  return WithFaults::Sum(sum, coefficients(0, 0));
+using Evaluation = double (*)(double, double, const Square&);
+constexpr Evaluation kEvaluations[] = {nullptr,          EvaluateOrder<1>, EvaluateOrder<2>,
+                                       EvaluateOrder<3>, EvaluateOrder<4>, EvaluateOrder<5>,
+                                       EvaluateOrder<6>, EvaluateOrder<7>};
+
+double CheckedProduct(double left, double right) {
+  return Checked(left * right, left, right);
+}
+
+double CheckedSum(double left, double right) {
+  return Checked(left + right, left, right);
+}
+
+/// The same, of any order, every element and every operation being checked in its turn.
+[[gnu::cold, gnu::noinline]] double EvaluateWithFaults(double x, double y,
+                                                       const BoundedArray<double>& coefficients) {
+  const std::int32_t order = coefficients.UpperBound(1);
+  BoundedArray<double> products(Bounds{0, order});
+  products(0) = 1.0;
+  double sum = 0.0;
+  for (std::int32_t j = 1; j <= order; ++j) {
+    products(j) = CheckedProduct(products(j - 1), x);
+    sum = CheckedSum(sum, CheckedProduct(products(j), coefficients(0, j)));
+  }
+  for (std::int32_t i = 1; i <= order; ++i) {
+    for (std::int32_t j = 0; j <= order - i; ++j) {
+      products(j) = CheckedProduct(products(j), y);
+      sum = CheckedSum(sum, CheckedProduct(coefficients(i, j), products(j)));
+    }
+  }
+  return CheckedSum(sum, coefficients(0, 0));
 }
 
 /// Whether all elements from (0, 0) to (order, order) are there.
@@ -475,15 +458,12 @@ void FitSurface(ArrayView<const double> arXData, ArrayView<const double> arYData
 double EvaluateSurface(double arX, double arY, const BoundedArray<double>& arCoeffs) {
   const std::int32_t order = arCoeffs.UpperBound(1);
   if (order <= 0) return arCoeffs(0, 0);
-  const auto size = static_cast<std::size_t>(order);
-  return TranslatingMemoryErrors([&] {
-    if (IsSquareFromZero(arCoeffs, order)) {
-      const Square square{&arCoeffs(0, 0), static_cast<std::size_t>(arCoeffs.BoundsOf(2).Count())};
-      const double result = EvaluateUnchecked(arX, arY, square, size);
-      if (std::isfinite(result)) return result;
-    }
-    return EvaluateWithFaults(arX, arY, arCoeffs, size);
-  });
+  if (static_cast<std::size_t>(order) < std::size(kEvaluations) && IsSquareFromZero(arCoeffs, order)) {
+    const Square square{&arCoeffs(0, 0), static_cast<std::size_t>(arCoeffs.BoundsOf(2).Count())};
+    const double result = kEvaluations[order](arX, arY, square);
+    if (std::isfinite(result)) return result;
+  }
+  return EvaluateWithFaults(arX, arY, arCoeffs);
 }
 
 }  // namespace vorquill21
