@@ -207,7 +207,9 @@ const BoundedArray<double>& SurfaceOfOrder5() {
   return coefficients;
 }
 
-double EvaluateNested(double x, double y, const double* coefficients, std::size_t order) {
+double EvaluateNested(double x, double y, const BoundedArray<double>& array) {
+  const double* const coefficients = array.Elements().data();
+  const auto order = static_cast<std::size_t>(array.UpperBound(1));
   double sum = 0.0;
   for (std::size_t i = order + 1; i-- > 0;) {
     double row = 0.0;
@@ -220,7 +222,7 @@ double EvaluateNested(double x, double y, const double* coefficients, std::size_
 void EvaluateSurfaceOurs(benchmark::State& state) {
   const auto& coefficients = SurfaceOfOrder5();
   for (const double x : Places()) {
-    const double nested = EvaluateNested(x, 1.0 - x, coefficients.Elements().data(), 5);
+    const double nested = EvaluateNested(x, 1.0 - x, coefficients);
     if (std::abs(EvaluateSurface(x, 1.0 - x, coefficients) - nested) > 1e-10) {
       return state.SkipWithError("different values");
     }
@@ -232,9 +234,9 @@ void EvaluateSurfaceOurs(benchmark::State& state) {
 }
 
 void EvaluateSurfaceNested(benchmark::State& state) {
-  const double* const coefficients = SurfaceOfOrder5().Elements().data();
+  const auto& coefficients = SurfaceOfOrder5();
   for (auto _ : state) {
-    for (const double x : Places()) benchmark::DoNotOptimize(EvaluateNested(x, 1.0 - x, coefficients, 5));
+    for (const double x : Places()) benchmark::DoNotOptimize(EvaluateNested(x, 1.0 - x, coefficients));
   }
   Report(state);
 }

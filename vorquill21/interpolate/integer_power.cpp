@@ -119,7 +119,7 @@ double NearestPower(double base, std::int32_t exponent) {
   constexpr std::int64_t kNothing = kLeastExponent - kPrecision - 2;
   if (power.exponent < kNothing) return std::copysign(0.0, high);
   const bool isNormal = power.exponent - 1 > kLeastExponent;
-  if (isNormal && IsRoundingSure(high, power.significand.low, exponent)) {
+  if (isNormal && RoundingDoubt(high, power.significand.low, exponent) == 0) {
     return std::ldexp(high, static_cast<int>(power.exponent));
   }
   return NearestByAllDigits(base, exponent);

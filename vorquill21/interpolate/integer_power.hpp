@@ -1,6 +1,9 @@
 #pragma once
 
+#include <bit>
 #include <cstdint>
+
+#include "vorquill21/numeric/error_free.hpp"
 
 namespace vorquill21 {
 
@@ -12,11 +15,12 @@ namespace vorquill21 {
 /// case.
 double NearestPower(double base, std::int32_t exponent);
 
-/// Whether `high` is the double nearest to every number within |high| * multiplications * 2^-102 of
-/// high + low, which is as far off as so many products of double-doubles may be. High is the double nearest
-/// to high + low. Not part of the interface.
-inline bool IsRoundingSure(double high, double low, double multiplications) {
-  return high + low * (1.0 + multiplications * 0x1p-48) == high;
+/// 0 when `high` is the double nearest to every number within |high| * multiplications * 2^-102 of high +
+/// low, which is as far off as so many products of double-doubles may be; something else when it may not be.
+/// It is the double nearest to high + low. Not part of the interface.
+VORQUILL21_INLINED std::uint64_t RoundingDoubt(double high, double low, double multiplications) {
+  const double other = high + low * (1.0 + multiplications * 0x1p-48);
+  return std::bit_cast<std::uint64_t>(other) ^ std::bit_cast<std::uint64_t>(high);
 }
 
 }  // namespace vorquill21

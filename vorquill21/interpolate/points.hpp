@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cmath>
 #include <cstdint>
 #include <span>
 
@@ -14,25 +15,31 @@ namespace vorquill21 {
 /// there.
 std::span<const double> ElementsAlong(ArrayView<const double> model, ArrayView<const double> values);
 
-/// Whether all numbers are neither infinite nor NaN.
-bool AllFinite(std::span<const double> numbers);
+/// Where numbers lie. When one of them is infinite or NaN, the bounds mean nothing.
+struct Extent {
+  double least;
+  double greatest;
+  bool isFinite;
+};
+
+/// The extent of one number or more.
+Extent ExtentOf(std::span<const double> numbers);
 
 /// A power of two that brings numbers to at most 1, so that products of them neither overflow nor underflow,
 /// whatever their size.
 class Scaling {
  public:
-  /// The largest of |numbers| comes to 0.5 or more; with nothing but zeros they stay as they are. The numbers
-  /// are finite.
-  explicit Scaling(std::span<const double> numbers);
+  /// The largest of |numbers| comes to 0.5 or more; with nothing but zeros they stay as they are.
+  explicit Scaling(const Extent& extent);
 
   /// A number comes to number * 2^-Exponent().
   int Exponent() const { return exponent_; }
 
   /// number * 2^-Exponent(); 0 when that is below 2^-300, which is nothing beside the largest one.
-  double operator()(double number) const {
+  VORQUILL21_INLINED double operator()(double number) const {
     constexpr double kNothing = 0x1p-300;
     const double scaled = number * first_ * second_;
-    return scaled < kNothing && scaled > -kNothing ? 0.0 : scaled;
+    return std::abs(scaled) < kNothing ? 0.0 : scaled;
   }
 
  private:

@@ -4,7 +4,9 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <limits>
+#include <numeric>
 #include <span>
 #include <utility>
 #include <vector>
@@ -64,10 +66,11 @@ struct Block {
 /// ends: u = x * 2^-Exponent() - Middle().
 class Axis {
  public:
-  explicit Axis(std::span<const double> places) : scale_(places) {
-    const auto [least, greatest] = std::minmax_element(places.begin(), places.end());
-    middle_ = 0.5 * scale_(*least) + 0.5 * scale_(*greatest);
-    const double reach = std::max(scale_(*greatest) - middle_, middle_ - scale_(*least));
+  explicit Axis(const Extent& places) : scale_(places) {
+    const double least = scale_(places.least);
+    const double greatest = scale_(places.greatest);
+    middle_ = 0.5 * least + 0.5 * greatest;
+    const double reach = std::max(greatest - middle_, middle_ - least);
     std::frexp(reach, &widening_);
     factor_ = std::ldexp(1.0, -widening_);
   }
@@ -91,39 +94,67 @@ struct Shear {
   int exponent;
 };
 
-/// The slope of the straight line through the origin that comes nearest to the points.
-double SlopeOf(std::span<const Block> blocks) {
-  double products = 0.0;
-  double squares = 0.0;
-  for (const Block& block : blocks) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
-      products += block.u.high[lane] * block.v.high[lane];
-      squares += block.u.high[lane] * block.u.high[lane];
+struct Points {
+  std::span<const double> xs, ys, zs;
+};
+
+VORQUILL21_INLINED void Place(const Points& points, const Axis& u, const Axis& v, const Scaling& scaleZ,
+                              std::span<Block> blocks) {
+  for (std::size_t first = 0; first < points.xs.size(); first += kLanes) {
+    Block& block = blocks[first / kLanes];
+    const std::size_t count = std::min(kLanes, points.xs.size() - first);
+    for (std::size_t lane = 0; lane < count; ++lane) {
+      block.one[lane] = 1.0;
+      block.u.Set(lane, u(points.xs[first + lane]));
+      block.v.Set(lane, v(points.ys[first + lane]));
+      block.z[lane] = scaleZ(points.zs[first + lane]);
     }
   }
-  return squares == 0.0 ? 0.0 : products / squares;
+}
+
+/// The slope of the straight line through the origin that comes nearest to the points.
+VORQUILL21_INLINED double SlopeOf(std::span<const Block> blocks) {
+  double products[kLanes] = {};
+  double squares[kLanes] = {};
+  for (const Block& block : blocks) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      products[lane] += block.u.high[lane] * block.v.high[lane];
+      squares[lane] += block.u.high[lane] * block.u.high[lane];
+    }
+  }
+  const double square = std::accumulate(squares, squares + kLanes, 0.0);
+  return square == 0.0 ? 0.0 : std::accumulate(products, products + kLanes, 0.0) / square;
+}
+
+/// Puts v - slope * u in the place of v; returns the largest absolute value of it.
+template <bool fused>
+VORQUILL21_INLINED double TakeOutSlope(std::span<Block> blocks, double slope) {
+  double reach[kLanes] = {};
+  for (Block& block : blocks) {
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      const DoubleDouble rest = block.v[lane] - Product<fused>(block.u[lane], slope);
+      block.v.Set(lane, rest);
+      const double size = std::abs(rest.high);
+      reach[lane] = size > reach[lane] ? size : reach[lane];
+    }
+  }
+  return *std::max_element(reach, reach + kLanes);
 }
 
 /// Puts w in the place of v, so that points which nearly lie in line are told apart as well as others. Error
 /// 11 when they do lie in line, to the precision of doubles.
-Shear TakeOutSlope(std::span<Block> blocks) {
+template <bool fused>
+VORQUILL21_INLINED Shear TakeShear(std::span<Block> blocks) {
   constexpr double kStraight = 0x1p-44;
-  const double slope = SlopeOf(blocks);
-  double reach = 0.0;
-  for (Block& block : blocks) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
-      block.v.Set(lane, block.v[lane] - Product<false>(block.u[lane], slope));
-      reach = std::max(reach, std::abs(block.v.high[lane]));
-    }
-  }
+  Shear shear{SlopeOf(blocks), 0};
+  const double reach = TakeOutSlope<fused>(blocks, shear.slope);
   if (reach < kStraight) throw LibraryError(kDivisionByZero);
-  int exponent = 0;
-  std::frexp(reach, &exponent);
-  const double factor = std::ldexp(1.0, -exponent);
+  std::frexp(reach, &shear.exponent);
+  const double factor = std::ldexp(1.0, -shear.exponent);
   for (Block& block : blocks) {
     for (std::size_t lane = 0; lane < kLanes; ++lane) block.v.Set(lane, Scaled(block.v[lane], factor));
   }
-  return {slope, exponent};
+  return shear;
 }
 
 // --- Sums over the points --------------------------------------------------------------------------------
@@ -155,7 +186,7 @@ VORQUILL21_INLINED void AddBlock(const Block& block, Moments& moments) {
       if (i + j <= order) {
         LaneSums& values = moments.ofValues(i, j);
         for (std::size_t lane = 0; lane < kLanes; ++lane) {
-          values.Add(lane, Product<fused>(product[lane], block.z[lane]));
+          values.Add(lane, QuickProduct<fused>(product[lane], block.z[lane]));
         }
       }
       Multiply<fused>(product, block.u);
@@ -164,27 +195,34 @@ VORQUILL21_INLINED void AddBlock(const Block& block, Moments& moments) {
   }
 }
 
+/// What the fit needs to know of the points.
+struct Sums {
+  Shear shear;
+  Moments moments;
+};
+
 template <bool fused>
-VORQUILL21_INLINED void AddBlocks(std::span<const Block> blocks, Moments& moments) {
-  for (const Block& block : blocks) AddBlock<fused>(block, moments);
+VORQUILL21_INLINED void AddPoints(const Points& points, const Axis& u, const Axis& v, const Scaling& scaleZ,
+                                  Sums& sums) {
+  std::vector<Block> blocks((points.xs.size() + kLanes - 1) / kLanes);
+  Place(points, u, v, scaleZ, blocks);
+  if (sums.moments.ofValues.Order() > 0) sums.shear = TakeShear<fused>(blocks);
+  for (const Block& block : blocks) AddBlock<fused>(block, sums.moments);
 }
 
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
-[[gnu::target("avx2,fma")]] void AddBlocksFused(std::span<const Block> blocks, Moments& moments) {
-  AddBlocks<true>(blocks, moments);
+[[gnu::target("avx2,fma")]] void AddPointsFused(const Points& points, const Axis& u, const Axis& v,
+                                                const Scaling& scaleZ, Sums& sums) {
+  AddPoints<true>(points, u, v, scaleZ, sums);
 }
 #endif
 
-Moments MomentsOf(std::span<const Block> blocks, std::size_t order, [[maybe_unused]] bool fused) {
-  Moments moments(order);
+void AddPoints(const Points& points, const Axis& u, const Axis& v, const Scaling& scaleZ, Sums& sums,
+               [[maybe_unused]] bool fused) {
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
-  if (fused) {
-    AddBlocksFused(blocks, moments);
-    return moments;
-  }
+  if (fused) return AddPointsFused(points, u, v, scaleZ, sums);
 #endif
-  AddBlocks<false>(blocks, moments);
-  return moments;
+  AddPoints<false>(points, u, v, scaleZ, sums);
 }
 
 // --- Normal equations ------------------------------------------------------------------------------------
@@ -267,36 +305,19 @@ void ToScaledPlaces(Coefficients& coefficients, const Shear& shear, double middl
   Substitute(order, middleOfU, byColumn, byColumn);
 }
 
-struct Points {
-  std::span<const double> xs, ys, zs;
-};
-
-std::vector<Block> BlocksOf(const Points& points, const Axis& u, const Axis& v, const Scaling& scaleZ) {
-  std::vector<Block> blocks((points.xs.size() + kLanes - 1) / kLanes);
-  for (std::size_t k = 0; k < points.xs.size(); ++k) {
-    Block& block = blocks[k / kLanes];
-    const std::size_t lane = k % kLanes;
-    block.one[lane] = 1.0;
-    block.u.Set(lane, u(points.xs[k]));
-    block.v.Set(lane, v(points.ys[k]));
-    block.z[lane] = scaleZ(points.zs[k]);
-  }
-  return blocks;
-}
-
-void FitFinitePoints(const Points& points, std::size_t order, BoundedArray<double>& results, bool fused) {
+void FitFinitePoints(const Points& points, const Extent& xs, const Extent& ys, const Extent& zs,
+                     std::size_t order, BoundedArray<double>& results, bool fused) {
   Coefficients coefficients(order);
   if (coefficients.Size() > points.xs.size()) throw LibraryError(kDivisionByZero);
-  const Axis u(points.xs);
-  const Axis v(points.ys);
-  const Scaling scaleZ(points.zs);
-  std::vector<Block> blocks = BlocksOf(points, u, v, scaleZ);
-  const Shear shear = order == 0 ? Shear{0.0, 0} : TakeOutSlope(blocks);
-  const Moments moments = MomentsOf(blocks, order, fused);
-  const Row solution = Solve(NormalEquations(moments), static_cast<double>(points.xs.size()));
+  const Axis u(xs);
+  const Axis v(ys);
+  const Scaling scaleZ(zs);
+  Sums sums{{0.0, 0}, Moments(order)};
+  AddPoints(points, u, v, scaleZ, sums, fused);
+  const Row solution = Solve(NormalEquations(sums.moments), static_cast<double>(points.xs.size()));
   std::size_t term = 0;
   ForAllTerms(order, [&](std::size_t i, std::size_t j) { coefficients(i, j) = solution[term++]; });
-  ToScaledPlaces(coefficients, shear, v.Middle(), u.Middle());
+  ToScaledPlaces(coefficients, sums.shear, v.Middle(), u.Middle());
   ForAllTerms(order, [&](std::size_t i, std::size_t j) {
     const std::int64_t exponent = scaleZ.Exponent() - static_cast<std::int64_t>(i) * v.Exponent() -
                                   static_cast<std::int64_t>(j) * u.Exponent();
@@ -314,81 +335,100 @@ void SpreadNaN(const Points& points, std::size_t order, BoundedArray<double>& re
   });
 }
 
-/// sqrt(mean of squared residuals), rounded once.
-double RmsDeviation(const Points& points, const BoundedArray<double>& coefficients) {
+/// What the surface leaves of z at the points.
+std::vector<double> ResidualsOf(const Points& points, const BoundedArray<double>& coefficients) {
   std::vector<double> residuals(points.xs.size());
   for (std::size_t k = 0; k < residuals.size(); ++k) {
     const double fitted = EvaluateSurface(points.xs[k], points.ys[k], coefficients);
     residuals[k] = Checked(points.zs[k] - fitted, points.zs[k], fitted);
   }
-  if (!AllFinite(residuals)) return std::numeric_limits<double>::quiet_NaN();
-  const Scaling scale(residuals);
-  DoubleDouble squares;
-  for (const double residual : residuals) {
-    const DoubleDouble scaled{scale(residual), 0.0};
-    squares = squares + Product<false>(scaled, scaled);
+  return residuals;
+}
+
+/// sqrt(mean of squares), rounded once.
+double RootMeanSquare(std::span<const double> numbers) {
+  const Extent extent = ExtentOf(numbers);
+  if (!extent.isFinite) return std::numeric_limits<double>::quiet_NaN();
+  const Scaling scale(extent);
+  LaneSums squares;
+  for (std::size_t first = 0; first < numbers.size(); first += kLanes) {
+    const auto block = numbers.subspan(first, std::min(kLanes, numbers.size() - first));
+    for (std::size_t lane = 0; lane < block.size(); ++lane) {
+      const double scaled = scale(block[lane]);
+      const ErrorFree square = TwoProduct<false>(scaled, scaled);
+      squares.Add(lane, {square.value, square.error});
+    }
   }
-  const DoubleDouble count{static_cast<double>(residuals.size()), 0.0};
-  return Unscaled(SquareRoot<false>(Quotient<false>(squares, count)), scale.Exponent());
+  const DoubleDouble count{static_cast<double>(numbers.size()), 0.0};
+  return Unscaled(SquareRoot<false>(Quotient<false>(squares.Total(), count)), scale.Exponent());
 }
 
 // --- Evaluation ------------------------------------------------------------------------------------------
 
-struct Unchecked {
-  static double Product(double left, double right) { return left * right; }
-  static double Sum(double left, double right) { return left + right; }
+/// Element (0, 0) of a square of coefficients, and how far it is from row to row.
+struct Square {
+  const double* constant;
+  std::size_t width;
 };
 
-struct WithFaults {
-  static double Product(double left, double right) { return Checked(left * right, left, right); }
-  static double Sum(double left, double right) { return Checked(left + right, left, right); }
-};
-
-/// The surface of order n = products.size() - 1 from element(i, j), without the constant. `products` is work
-/// space: x^j, and in row i y^i * x^j.
-template <typename Arithmetic, typename Element>
-double SumWithoutConstant(double x, double y, const Element& element, std::span<double> products) {
+/// Of an order that the compiler knows, so that all products stay in registers: x^j, and in row i y^i * x^j.
+template <std::size_t order>
+double EvaluateOrder(double x, double y, const Square& square) {
+  double products[order + 1] = {1.0};
   double sum = 0.0;
-  products[0] = 1.0;
-  for (std::size_t j = 1; j < products.size(); ++j) {
-    products[j] = Arithmetic::Product(products[j - 1], x);
-    sum = Arithmetic::Sum(sum, Arithmetic::Product(products[j], element(0, j)));
+#pragma GCC unroll 8
+  for (std::size_t j = 1; j <= order; ++j) {
+    products[j] = products[j - 1] * x;
+    sum += products[j] * square.constant[j];
   }
-  for (std::size_t i = 1; i < products.size(); ++i) {
-    for (std::size_t j = 0; i + j < products.size(); ++j) {
-      products[j] = Arithmetic::Product(products[j], y);
-      sum = Arithmetic::Sum(sum, Arithmetic::Product(element(i, j), products[j]));
+#pragma GCC unroll 8
+  for (std::size_t i = 1; i <= order; ++i) {
+#pragma GCC unroll 8
+    for (std::size_t j = 0; j <= order - i; ++j) {
+      products[j] *= y;
+      sum += square.constant[i * square.width + j] * products[j];
     }
   }
-  return sum;
+  return sum + *square.constant;
 }
 
-/// Every element and every operation is checked in its turn.
-double EvaluateWithFaults(double x, double y, const BoundedArray<double>& coefficients,
-                          std::span<double> products) {
-  const auto element = [&](std::size_t i, std::size_t j) {
-    return coefficients(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j));
-  };
-  const double sum = SumWithoutConstant<WithFaults>(x, y, element, products);
-  return WithFaults::Sum(sum, coefficients(0, 0));
+using Evaluation = double (*)(double, double, const Square&);
+constexpr Evaluation kEvaluations[] = {nullptr,          EvaluateOrder<1>, EvaluateOrder<2>,
+                                       EvaluateOrder<3>, EvaluateOrder<4>, EvaluateOrder<5>,
+                                       EvaluateOrder<6>, EvaluateOrder<7>};
+
+double CheckedProduct(double left, double right) {
+  return Checked(left * right, left, right);
+}
+
+double CheckedSum(double left, double right) {
+  return Checked(left + right, left, right);
+}
+
+/// The same, of any order, every element and every operation being checked in its turn.
+[[gnu::cold, gnu::noinline]] double EvaluateWithFaults(double x, double y,
+                                                       const BoundedArray<double>& coefficients) {
+  const std::int32_t order = coefficients.UpperBound(1);
+  BoundedArray<double> products(Bounds{0, order});
+  products(0) = 1.0;
+  double sum = 0.0;
+  for (std::int32_t j = 1; j <= order; ++j) {
+    products(j) = CheckedProduct(products(j - 1), x);
+    sum = CheckedSum(sum, CheckedProduct(products(j), coefficients(0, j)));
+  }
+  for (std::int32_t i = 1; i <= order; ++i) {
+    for (std::int32_t j = 0; j <= order - i; ++j) {
+      products(j) = CheckedProduct(products(j), y);
+      sum = CheckedSum(sum, CheckedProduct(coefficients(i, j), products(j)));
+    }
+  }
+  return CheckedSum(sum, coefficients(0, 0));
 }
 
 /// Whether all elements from (0, 0) to (order, order) are there.
 bool IsSquareFromZero(const BoundedArray<double>& coefficients, std::int32_t order) {
   return coefficients.Rank() == 2 && coefficients.LowerBound(1) <= 0 && coefficients.LowerBound(2) <= 0 &&
          coefficients.UpperBound(2) >= order;
-}
-
-double Evaluate(double x, double y, const BoundedArray<double>& coefficients, std::span<double> products) {
-  const auto order = static_cast<std::int32_t>(products.size()) - 1;
-  if (IsSquareFromZero(coefficients, order)) {
-    const double* const constant = &coefficients(0, 0);
-    const auto width = static_cast<std::size_t>(coefficients.BoundsOf(2).Count());
-    const auto element = [=](std::size_t i, std::size_t j) { return constant[i * width + j]; };
-    const double result = SumWithoutConstant<Unchecked>(x, y, element, products) + *constant;
-    if (std::isfinite(result)) return result;
-  }
-  return EvaluateWithFaults(x, y, coefficients, products);
 }
 
 }  // namespace
@@ -403,27 +443,27 @@ void FitSurface(ArrayView<const double> arXData, ArrayView<const double> arYData
   const Points points{arXData.Elements(), ElementsAlong(arXData, arYData), ElementsAlong(arXData, arZData)};
   TranslatingMemoryErrors([&] {
     const auto order = static_cast<std::size_t>(anFitOrder);
-    if (AllFinite(points.xs) && AllFinite(points.ys) && AllFinite(points.zs)) {
-      FitFinitePoints(points, order, arCoeffs, fused);
+    const Extent xs = ExtentOf(points.xs);
+    const Extent ys = ExtentOf(points.ys);
+    const Extent zs = ExtentOf(points.zs);
+    if (xs.isFinite && ys.isFinite && zs.isFinite) {
+      FitFinitePoints(points, xs, ys, zs, order, arCoeffs, fused);
     } else {
       SpreadNaN(points, order, arCoeffs);
     }
-    if (arRMSDeviation != nullptr) *arRMSDeviation = RmsDeviation(points, arCoeffs);
+    if (arRMSDeviation != nullptr) *arRMSDeviation = RootMeanSquare(ResidualsOf(points, arCoeffs));
   });
 }
 
 double EvaluateSurface(double arX, double arY, const BoundedArray<double>& arCoeffs) {
-  constexpr std::int32_t kUsualOrder = 15;
   const std::int32_t order = arCoeffs.UpperBound(1);
   if (order <= 0) return arCoeffs(0, 0);
-  if (order <= kUsualOrder) {
-    double products[kUsualOrder + 1];
-    return Evaluate(arX, arY, arCoeffs, std::span(products).first(static_cast<std::size_t>(order) + 1));
+  if (static_cast<std::size_t>(order) < std::size(kEvaluations) && IsSquareFromZero(arCoeffs, order)) {
+    const Square square{&arCoeffs(0, 0), static_cast<std::size_t>(arCoeffs.BoundsOf(2).Count())};
+    const double result = kEvaluations[order](arX, arY, square);
+    if (std::isfinite(result)) return result;
   }
-  return TranslatingMemoryErrors([&] {
-    std::vector<double> products(static_cast<std::size_t>(order) + 1);
-    return Evaluate(arX, arY, arCoeffs, products);
-  });
+  return EvaluateWithFaults(arX, arY, arCoeffs);
 }
 
 }  // namespace vorquill21
