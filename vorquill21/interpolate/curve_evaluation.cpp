@@ -7,8 +7,8 @@
 
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/interpolate/curve_fit.hpp"
-#include "vorquill21/interpolate/integer_power.hpp"
 #include "vorquill21/numeric/double_double.hpp"
+#include "vorquill21/numeric/elementary.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -19,6 +19,14 @@ struct PowerBlock {
   double high[kPowers];
   double low[kPowers];
 };
+
+/// 0 when `high` is the double nearest to every number within |high| * multiplications * 2^-102 of high +
+/// low, which is as far off as so many products of double-doubles may be; something else when it may not be.
+/// It is the double nearest to high + low.
+VORQUILL21_INLINED std::uint64_t RoundingDoubt(double high, double low, double multiplications) {
+  const double other = high + low * (1.0 + multiplications * 0x1p-48);
+  return std::bit_cast<std::uint64_t>(other) ^ std::bit_cast<std::uint64_t>(high);
+}
 
 /// x, x^2, x^3, x^4.
 template <bool fused>
@@ -83,9 +91,9 @@ bool AreInRange(double x, std::size_t count) {
 /// The sum of the terms, and the first fault in it.
 [[gnu::cold, gnu::noinline]] double CheckedSum(double x, std::span<const double> coefficients) {
   double sum = 0.0;
-  std::int32_t exponent = 0;
+  std::uint32_t exponent = 0;
   for (const double coefficient : coefficients) {
-    const double power = Checked(NearestPower(x, exponent++), x);
+    const double power = Checked(IntegerPower(x, exponent++), x);
     const double term = Checked(coefficient * power, coefficient, power);
     sum = Checked(sum + term, sum, term);
   }
@@ -118,7 +126,7 @@ bool Overflows(double base, std::int32_t exponent) {
   constexpr std::int64_t kGreatestExponent = 1023;
   if (!(std::abs(base) > 1.0) || std::isinf(base)) return false;
   if ((std::int64_t{std::ilogb(base)} + 1) * exponent <= kGreatestExponent) return false;
-  return std::isinf(NearestPower(base, exponent));
+  return std::isinf(IntegerPower(base, static_cast<std::uint32_t>(exponent)));
 }
 
 }  // namespace
