@@ -1,5 +1,7 @@
 #include "vorquill21/interpolate/interpolate.hpp"
 
+#include <cmath>
+
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/interpolate/curve_fit.hpp"
@@ -18,6 +20,20 @@ std::int32_t Before(std::int32_t index) {
   return CheckedInt32(std::int64_t{index} - 1);
 }
 
+/// The line through two points, step by step, with the errors where they arise.
+[[gnu::cold]] double CheckedLine(double x1, double x2, double y1, double y2, double x) {
+  const double dx = CheckedDifference(x2, x1);
+  const double dy = CheckedDifference(y2, y1);
+  if (dx == 0.0) {
+    if (dy == 0.0 && x == x1) return y1;
+    throw LibraryError(kInvalidPropertyValue,
+                       Text(kLibraryTitle) + u".CMathUtils.OneDLinearInterpolateFromPoints",
+                       u"X values are coincident");
+  }
+  const double slope = Checked(dy / dx, dy, dx);
+  return CheckedSum(CheckedProduct(slope, CheckedDifference(x, x1)), y1);
+}
+
 }  // namespace
 
 CInterpolate::CInterpolate(Platform& platform) : moUtils(std::make_shared<CMathUtils>(platform)) {}
@@ -31,16 +47,12 @@ double CInterpolate::OneDLinearInterpolate(EOutOfBoundsBehaviour aeOutOfBoundsBe
 
 double CInterpolate::OneDLinearInterpolateFromPoints(double arX1, double arX2, double arY1, double arY2,
                                                      double arXVal) const {
-  const double dx = CheckedDifference(arX2, arX1);
-  const double dy = CheckedDifference(arY2, arY1);
-  if (dx == 0.0) {
-    if (dy == 0.0 && arXVal == arX1) return arY1;
-    throw LibraryError(kInvalidPropertyValue,
-                       Text(kLibraryTitle) + u".CMathUtils.OneDLinearInterpolateFromPoints",
-                       u"X values are coincident");
-  }
-  const double slope = Checked(dy / dx, dy, dx);
-  return CheckedSum(CheckedProduct(slope, CheckedDifference(arXVal, arX1)), arY1);
+  const double dx = arX2 - arX1;
+  const double dy = arY2 - arY1;
+  const double value = (dy / dx) * (arXVal - arX1) + arY1;
+  // A fault leaves a value that is not finite, unless it is in dx.
+  const bool hasDirection = dx != 0.0 && std::isfinite(dx);
+  return hasDirection && std::isfinite(value) ? value : CheckedLine(arX1, arX2, arY1, arY2, arXVal);
 }
 
 double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,

@@ -75,8 +75,13 @@ std::int32_t Bisect(std::span<const double> nodes, double x) {
   return static_cast<std::int32_t>(low);
 }
 
+[[noreturn, gnu::cold]] void RaiseInvalidLimits() {
+  throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
+                     u"One or more array bounds are below 0");
+}
+
 /// The same by indices whose sums may leave 32 bits: error 6.
-std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
+[[gnu::cold]] std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
   std::int32_t low = nodes.LowerBound();
   std::int32_t high = nodes.UpperBound();
   while (high - low >= 2) {
@@ -247,13 +252,11 @@ CMathUtils::CMathUtils(Platform& platform) : platform_(platform) {}
 bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const {
   const std::int32_t lo = arXVals.LowerBound();
   const std::int32_t hi = arXVals.UpperBound();
-  if (lo < 0 || hi < 0) {
-    throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
-                       u"One or more array bounds are below 0");
-  }
+  if (lo < 0 || hi < 0) RaiseInvalidLimits();
 
-  const bool ascending = arXVals(lo) <= arX && arX <= arXVals(hi);
-  const bool found = ascending || (arXVals(hi) <= arX && arX <= arXVals(lo));
+  const std::span<const double> nodes = arXVals.Elements();
+  const bool ascending = nodes.front() <= arX && arX <= nodes.back();
+  const bool found = ascending || (nodes.back() <= arX && arX <= nodes.front());
   if (ascending && arX <= arXVals(CheckedInt32(std::int64_t{lo} + 1))) {
     anIndex = lo;
     return found;
@@ -263,9 +266,9 @@ bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::i
   if (hi > kGreatestToDouble) {
     anIndex = BisectByIndex(arXVals, arX, ascending);
   } else if (ascending) {
-    anIndex = lo + Bisect<true>(arXVals.Elements(), arX);
+    anIndex = lo + Bisect<true>(nodes, arX);
   } else {
-    anIndex = lo + Bisect<false>(arXVals.Elements(), arX);
+    anIndex = lo + Bisect<false>(nodes, arX);
   }
   return found;
 }

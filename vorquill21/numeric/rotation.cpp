@@ -64,6 +64,15 @@ double CheckedDotProduct(const BoundedArray<double>& matrix, std::int32_t row, d
   return CheckedSum(sum, CheckedProduct(matrix(row, 3), z));
 }
 
+/// Row by row, raising the first fault where it is produced.
+[[gnu::cold, gnu::noinline]] void TransformChecked(double x, double y, double z,
+                                                   const BoundedArray<double>& matrix, double& newX,
+                                                   double& newY, double& newZ) {
+  newX = CheckedDotProduct(matrix, 1, x, y, z);
+  newY = CheckedDotProduct(matrix, 2, x, y, z);
+  newZ = CheckedDotProduct(matrix, 3, x, y, z);
+}
+
 }  // namespace
 
 void CGeometry::BuildTransformationMatrix(double arDegX, double arDegY, double arDegZ,
@@ -126,9 +135,8 @@ void CGeometry::TransformPoint(double arOriginalPointX, double arOriginalPointY,
       return;
     }
   }
-  arNewPointX = CheckedDotProduct(aaRotMatrix, 1, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-  arNewPointY = CheckedDotProduct(aaRotMatrix, 2, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-  arNewPointZ = CheckedDotProduct(aaRotMatrix, 3, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+  TransformChecked(arOriginalPointX, arOriginalPointY, arOriginalPointZ, aaRotMatrix, arNewPointX,
+                   arNewPointY, arNewPointZ);
 }
 
 }  // namespace vorquill21
