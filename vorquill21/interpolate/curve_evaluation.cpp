@@ -135,12 +135,12 @@ double EvaluateCurve(double arX, ArrayView<const double> arCoeffs, bool fused) {
   const std::int32_t upper = arCoeffs.UpperBound();
   if (upper < 1) return 0.0;
   const std::int64_t ignored = 1 - std::int64_t{arCoeffs.LowerBound()};
-  if (ignored < 0) throw LibraryError(kSubscriptOutOfRange);
+  if (ignored < 0) Raise(kSubscriptOutOfRange);
   const auto all = arCoeffs.Elements().subspan(static_cast<std::size_t>(ignored));
   if (!std::isfinite(arX)) return CheckedSum(arX, all);
   const auto used = WithoutZerosAtEnd(all);
   const double sum = used.empty() ? 0.0 : SumOf(arX, used, fused);
-  if (used.size() < all.size() && Overflows(arX, upper - 1)) throw LibraryError(kOverflow);
+  if (used.size() < all.size() && Overflows(arX, upper - 1)) Raise(kOverflow);
   return sum;
 }
 

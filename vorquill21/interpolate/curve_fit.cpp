@@ -267,7 +267,7 @@ void FitFinitePoints(const Points& points, const Extent& extentX, const Extent& 
     for (std::size_t k = 0; k < fit.Terms(); ++k) coefficients[k] = fit.Coefficient(k);
     if (stdDev != nullptr) *stdDev = fit.Deviation(static_cast<double>(points.xs.size() - 1));
   }
-  if (fit.Terms() < terms) throw LibraryError(kDivisionByZero);
+  if (fit.Terms() < terms) Raise(kDivisionByZero);
 }
 
 }  // namespace
@@ -280,7 +280,7 @@ void FitCurve(ArrayView<const double> arX, ArrayView<const double> arY, std::int
   const std::int32_t terms = CheckedInt32(std::int64_t{anFitOrder} + 1);
   // The old elements live on, because a caller may pass one array as points and as coefficients.
   const auto replaced = std::exchange(arCoeffs, BoundedArray<double>(Bounds{1, count}));
-  if (terms < 1) throw LibraryError(kSubscriptOutOfRange);
+  if (terms < 1) Raise(kSubscriptOutOfRange);
   const Points points{xs, ElementsAlong(arX, arY)};
   if (terms == 1) return;
 
@@ -292,7 +292,7 @@ void FitCurve(ArrayView<const double> arX, ArrayView<const double> arY, std::int
         [&] { FitFinitePoints(points, extentX, extentY, termCount, arCoeffs.Elements(), arStdDev, fused); });
     return;
   }
-  if (terms > count) throw LibraryError(kDivisionByZero);
+  if (terms > count) Raise(kDivisionByZero);
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
   std::ranges::fill(arCoeffs.Elements().first(termCount), kNaN);
   if (arStdDev != nullptr) *arStdDev = kNaN;

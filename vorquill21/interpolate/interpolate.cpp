@@ -34,6 +34,33 @@ std::int32_t Before(std::int32_t index) {
   return CheckedSum(CheckedProduct(slope, CheckedDifference(x, x1)), y1);
 }
 
+/// The line through the points `from` and `to` at `x`.
+double AlongLine(const CInterpolate& interpolate, ArrayView<const double> xs, ArrayView<const double> ys,
+                 std::int32_t from, std::int32_t to, double x) {
+  return interpolate.OneDLinearInterpolateFromPoints(xs(from), xs(to), ys(from), ys(to), x);
+}
+
+/// A place outside a table.
+struct Outside {
+  ArrayView<const double> xs;
+  ArrayView<const double> ys;
+  double x;
+  std::int32_t lower;
+  std::int32_t upper;
+  bool ascending;
+
+  [[gnu::noinline]] double Clipped() const {
+    const bool isAtLower = ascending ? x < xs(lower) : !(x <= xs(upper));
+    return ys(isAtLower ? lower : upper);
+  }
+
+  [[gnu::noinline]] double Extrapolated(const CInterpolate& interpolate) const {
+    const bool isAtLower = ascending ? x < xs(lower) : !(x <= xs(lower));
+    return isAtLower ? AlongLine(interpolate, xs, ys, lower, After(lower), x)
+                     : AlongLine(interpolate, xs, ys, upper, Before(upper), x);
+  }
+};
+
 }  // namespace
 
 CInterpolate::CInterpolate(Platform& platform) : moUtils(std::make_shared<CMathUtils>(platform)) {}
@@ -60,24 +87,14 @@ double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOut
                                                      ArrayView<const double> arYVals, double arX,
                                                      std::int32_t anLowerBound,
                                                      std::int32_t anUpperBound) const {
-  const auto alongLine = [&](std::int32_t from, std::int32_t to) {
-    return OneDLinearInterpolateFromPoints(arXVals(from), arXVals(to), arYVals(from), arYVals(to), arX);
-  };
-  if (moUtils == nullptr) throw LibraryError(kInvalidProcedureCall);
+  if (moUtils == nullptr) Raise(kInvalidProcedureCall);
   std::int32_t interval = 0;
   const bool isInside = moUtils->ArrayLocate(arXVals, arX, interval);
   const bool ascending = arXVals(anLowerBound) < arXVals(anUpperBound);
-  if (isInside) return alongLine(interval, After(interval));
-
-  if (aeOutOfBoundsBehaviour == eInterpClip) {
-    const bool atLowerEnd = ascending ? arX < arXVals(anLowerBound) : !(arX <= arXVals(anUpperBound));
-    return arYVals(atLowerEnd ? anLowerBound : anUpperBound);
-  }
-  if (aeOutOfBoundsBehaviour == eInterpExtrapolate) {
-    const bool atLowerEnd = ascending ? arX < arXVals(anLowerBound) : !(arX <= arXVals(anLowerBound));
-    return atLowerEnd ? alongLine(anLowerBound, After(anLowerBound))
-                      : alongLine(anUpperBound, Before(anUpperBound));
-  }
+  if (isInside) return AlongLine(*this, arXVals, arYVals, interval, After(interval), arX);
+  const Outside outside{arXVals, arYVals, arX, anLowerBound, anUpperBound, ascending};
+  if (aeOutOfBoundsBehaviour == eInterpClip) return outside.Clipped();
+  if (aeOutOfBoundsBehaviour == eInterpExtrapolate) return outside.Extrapolated(*this);
   return 0.0;
 }
 

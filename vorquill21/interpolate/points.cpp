@@ -12,7 +12,7 @@ namespace vorquill21 {
 
 std::span<const double> ElementsAlong(ArrayView<const double> model, ArrayView<const double> values) {
   if (values.LowerBound() > model.LowerBound() || values.UpperBound() < model.UpperBound()) {
-    throw LibraryError(kSubscriptOutOfRange);
+    Raise(kSubscriptOutOfRange);
   }
   const std::int64_t skipped = std::int64_t{model.LowerBound()} - values.LowerBound();
   return values.Elements().subspan(static_cast<std::size_t>(skipped), model.Elements().size());
@@ -48,7 +48,7 @@ double Unscaled(DoubleDouble value, std::int64_t exponent) {
   constexpr std::int64_t kBeyond = 10000;
   const double result =
       RoundedTimesPowerOfTwo(value, static_cast<int>(std::clamp(exponent, -kBeyond, kBeyond)));
-  if (!std::isfinite(result)) throw LibraryError(kOverflow);
+  if (!std::isfinite(result)) Raise(kOverflow);
   return result;
 }
 

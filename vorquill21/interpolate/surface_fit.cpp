@@ -148,7 +148,7 @@ VORQUILL21_INLINED Shear TakeShear(std::span<Block> blocks) {
   constexpr double kStraight = 0x1p-44;
   Shear shear{SlopeOf(blocks), 0};
   const double reach = TakeOutSlope<fused>(blocks, shear.slope);
-  if (reach < kStraight) throw LibraryError(kDivisionByZero);
+  if (reach < kStraight) Raise(kDivisionByZero);
   std::frexp(reach, &shear.exponent);
   const double factor = std::ldexp(1.0, -shear.exponent);
   for (Block& block : blocks) {
@@ -261,7 +261,7 @@ Row Solve(std::vector<Row> rows, double size) {
   constexpr double kDiscernible = 0x1p-80;
   for (std::size_t column = 0; column < rows.size(); ++column) {
     std::swap(rows[column], rows[PivotRow(rows, column)]);
-    if (!(std::abs(rows[column][column].high) > size * kDiscernible)) throw LibraryError(kDivisionByZero);
+    if (!(std::abs(rows[column][column].high) > size * kDiscernible)) Raise(kDivisionByZero);
     for (std::size_t i = 0; i < rows.size(); ++i) {
       if (i != column) Reduce(rows[i], rows[column], column);
     }
@@ -308,7 +308,7 @@ void ToScaledPlaces(Coefficients& coefficients, const Shear& shear, double middl
 void FitFinitePoints(const Points& points, const Extent& xs, const Extent& ys, const Extent& zs,
                      std::size_t order, BoundedArray<double>& results, bool fused) {
   Coefficients coefficients(order);
-  if (coefficients.Size() > points.xs.size()) throw LibraryError(kDivisionByZero);
+  if (coefficients.Size() > points.xs.size()) Raise(kDivisionByZero);
   const Axis u(xs);
   const Axis v(ys);
   const Scaling scaleZ(zs);
@@ -328,7 +328,7 @@ void FitFinitePoints(const Points& points, const Extent& xs, const Extent& ys, c
 
 /// What arithmetic makes of points that are not finite.
 void SpreadNaN(const Points& points, std::size_t order, BoundedArray<double>& results) {
-  if (Triangle<double>(order).Size() > points.xs.size()) throw LibraryError(kDivisionByZero);
+  if (Triangle<double>(order).Size() > points.xs.size()) Raise(kDivisionByZero);
   ForAllTerms(order, [&](std::size_t i, std::size_t j) {
     results(static_cast<std::int32_t>(i), static_cast<std::int32_t>(j)) =
         std::numeric_limits<double>::quiet_NaN();
@@ -436,7 +436,7 @@ bool IsSquareFromZero(const BoundedArray<double>& coefficients, std::int32_t ord
 void FitSurface(ArrayView<const double> arXData, ArrayView<const double> arYData,
                 ArrayView<const double> arZData, std::int32_t anFitOrder, BoundedArray<double>& arCoeffs,
                 double* arRMSDeviation, bool fused) {
-  if (arXData.Elements().empty()) throw LibraryError(kSubscriptOutOfRange);
+  if (arXData.Elements().empty()) Raise(kSubscriptOutOfRange);
   // The old elements live on, because a caller may pass one array as points and as coefficients.
   const auto replaced =
       std::exchange(arCoeffs, BoundedArray<double>(Bounds{0, anFitOrder}, Bounds{0, anFitOrder}));

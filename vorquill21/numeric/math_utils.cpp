@@ -99,7 +99,7 @@ std::array<Bounds, dimensions> BoundsOfCopy(const Variant& source) {
   std::array<Bounds, dimensions> bounds;
   bounds.fill({0, 0});
   if (source.IsEmpty()) return bounds;
-  if (ArrayRank(source) != dimensions) throw LibraryError(kSubscriptOutOfRange);
+  if (ArrayRank(source) != dimensions) Raise(kSubscriptOutOfRange);
   for (int d = 0; d < dimensions; ++d) bounds[static_cast<std::size_t>(d)] = ArrayBounds(source, d + 1);
   return bounds;
 }
@@ -125,7 +125,7 @@ void CopyArray(BoundedArray<double>& target, const Variant& source, char16_t dec
 /// 10 to the power of `exponent`, correctly rounded and so the same on every system.
 double PowerOfTen(std::int32_t exponent) {
   const auto power = TextToNumber("1E" + std::to_string(exponent), '.');
-  if (!power) throw LibraryError(kOverflow);
+  if (!power) Raise(kOverflow);
   return *power;
 }
 
@@ -240,7 +240,7 @@ Text Demand(std::int32_t mode, const Variant& first, const Variant& second, char
 
 std::int32_t SignedWord(std::int32_t value) {
   if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max()) {
-    throw LibraryError(kOverflow);
+    Raise(kOverflow);
   }
   return value;
 }
