@@ -141,11 +141,10 @@ TEST(ElementaryTest, FastAndAccuratePowerAgree) {
 
 TEST(ElementaryTest, TheSystemsFunctionsAreAtMostOneDoubleAway) {
   ForRandomArguments(-40, 0, [](double argument) {
-    SCOPED_TRACE(testing::Message() << std::hexfloat << argument);
-    EXPECT_LE(Steps(Sine(argument), std::sin(argument)), 1U);
-    EXPECT_LE(Steps(Cosine(argument), std::cos(argument)), 1U);
-    EXPECT_LE(Steps(ArcTangent(argument), std::atan(argument)), 1U);
-    EXPECT_LE(Steps(ArcTangent(1.0 / argument), std::atan(1.0 / argument)), 1U);
+    EXPECT_LE(Steps(Sine(argument), std::sin(argument)), 1U) << std::hexfloat << argument;
+    EXPECT_LE(Steps(Cosine(argument), std::cos(argument)), 1U) << std::hexfloat << argument;
+    EXPECT_LE(Steps(ArcTangent(argument), std::atan(argument)), 1U) << std::hexfloat << argument;
+    EXPECT_LE(Steps(ArcTangent(1.0 / argument), std::atan(1.0 / argument)), 1U) << std::hexfloat << argument;
   });
 }
 
@@ -153,19 +152,17 @@ TEST(ElementaryTest, TheSystemsFunctionsAreAtMostOneDoubleAway) {
 
 TEST(ElementaryTest, SineAndArcTangentAreOddAndCosineIsEven) {
   ForRandomArguments(-60, 16, [](double argument) {
-    SCOPED_TRACE(testing::Message() << std::hexfloat << argument);
-    EXPECT_EQ(Bits(Sine(-argument)), Bits(-Sine(argument)));
-    EXPECT_EQ(Bits(Cosine(-argument)), Bits(Cosine(argument)));
-    EXPECT_EQ(Bits(ArcTangent(-argument)), Bits(-ArcTangent(argument)));
+    EXPECT_EQ(Bits(Sine(-argument)), Bits(-Sine(argument))) << std::hexfloat << argument;
+    EXPECT_EQ(Bits(Cosine(-argument)), Bits(Cosine(argument))) << std::hexfloat << argument;
+    EXPECT_EQ(Bits(ArcTangent(-argument)), Bits(-ArcTangent(argument))) << std::hexfloat << argument;
   });
 }
 
 TEST(ElementaryTest, BothAtOnceAreWhatEachIs) {
   ForRandomArguments(-60, 16, [](double radians) {
-    SCOPED_TRACE(testing::Message() << std::hexfloat << radians);
     const SineCosine both = SineAndCosine(radians);
-    EXPECT_EQ(Bits(both.sine), Bits(Sine(radians)));
-    EXPECT_EQ(Bits(both.cosine), Bits(Cosine(radians)));
+    EXPECT_EQ(Bits(both.sine), Bits(Sine(radians))) << std::hexfloat << radians;
+    EXPECT_EQ(Bits(both.cosine), Bits(Cosine(radians))) << std::hexfloat << radians;
   });
 }
 
