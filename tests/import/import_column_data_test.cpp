@@ -103,7 +103,7 @@ TEST_F(CImportColumnDataTest, ANewObjectIsEmpty) {
   EXPECT_EQ(ErrorOf([&] { fresh.ColumnData(0); }), kSubscriptOutOfRange);
 }
 
-TEST_F(CImportColumnDataTest, SettersStoreWhatTheyAreGiven) {
+TEST_F(CImportColumnDataTest, DeliberateSettersStoreWhateverTheyAreGiven) {
   for (const std::int32_t value : {kLeast, -1, 0, 7, kMost}) {
     import.HeaderRow(value);
     import.FirstValueRow(value);
@@ -266,7 +266,7 @@ TEST_F(CImportColumnDataTest, BlanksAreFieldsWhereTheyAreNoDelimiters) {
   EXPECT_EQ(Column(0), std::vector<double>{0});
 }
 
-TEST_F(CImportColumnDataTest, EachFieldGivesTheNumberThatItBeginsWith) {
+TEST_F(CImportColumnDataTest, DeliberateEachFieldGivesTheNumberThatItBeginsWith) {
   const struct {
     const char* field;
     double value;
@@ -484,7 +484,7 @@ TEST_F(CImportColumnDataTest, TheFailureReplacesTheLimitMessage) {
   ExpectFailure(HeaderLine(25) + "1E999\n");
 }
 
-TEST_F(CImportColumnDataTest, AFailureKeepsTheColumnsOfTheLastSuccess) {
+TEST_F(CImportColumnDataTest, DeliberateAFailureKeepsTheColumnsOfTheLastSuccess) {
   ImportOf("a,b\n1,2\n3,4\n");
   ExpectFailure("x\n1E999\n");
   EXPECT_EQ(import.ColumnCount(), 1);

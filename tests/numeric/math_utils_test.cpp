@@ -123,7 +123,7 @@ TEST_F(ArrayLocateTest, DeliberateSingleNodeThatEqualsTheValueIsOutOfRange) {
   EXPECT_EQ(Locate(Doubles({2}, 5), 3), (Located{false, 5}));
 }
 
-TEST_F(ArrayLocateTest, NegativeBoundsRaiseTheErrorOfTheClass) {
+TEST_F(ArrayLocateTest, DeliberateNegativeBoundsRaiseAMisspeltErrorOfAMisnamedSource) {
   for (const auto& table : {Doubles({0, 1, 2}, -1), Doubles({0}, -5), BoundedArray<double>::Empty()}) {
     std::int32_t index = 42;
     try {
@@ -247,7 +247,7 @@ TEST_F(CMathUtilsTest, CopyArrayOfItselfKeepsIt) {
   EXPECT_EQ(value, Variant(Doubles({1, 2, 3}, 1)));
 }
 
-TEST_F(CMathUtilsTest, CopyArrayOfEmptyIsASingleZero) {
+TEST_F(CMathUtilsTest, DeliberateCopyArrayOfEmptyIsASingleZero) {
   BoundedArray<double> target = Doubles({1, 2, 3});
   utils.CopyArray1D(target, Variant());
   EXPECT_EQ(target, BoundedArray<double>(Bounds{0, 0}));
@@ -344,7 +344,7 @@ TEST_F(CMathUtilsTest, NumbersAreEqualWithinTheLastDecimalPlace) {
   EXPECT_TRUE(utils.NumbersAreEqual(0.125, 0.125, 300));
 }
 
-TEST_F(CMathUtilsTest, ADifferenceOfExactlyTheToleranceIsEqual) {
+TEST_F(CMathUtilsTest, DeliberateADifferenceOfExactlyTheToleranceIsEqual) {
   EXPECT_TRUE(utils.NumbersAreEqual(0.0, 0.01, 2));
   EXPECT_FALSE(utils.NumbersAreEqual(0.0, std::nextafter(0.01, 1.0), 2));
   EXPECT_TRUE(utils.NumbersAreEqual(0x1.c25c268497682p-44, 0.0, 13));  // 1E-13
@@ -464,7 +464,7 @@ TEST_F(CMathUtilsTest, ArraysWithoutElementsAreEqual) {
 
 // --- ArrayIsMonotonic1D ----------------------------------------------------------------------------------
 
-class MonotonicTest : public CMathUtilsTest {
+class ArrayIsMonotonic1DTest : public CMathUtilsTest {
  protected:
   /// Whether an array is monotonic; what the status text says then is in `status`.
   bool IsMonotonic(const Variant& array, EMonotonicScale scaleType) {
@@ -477,7 +477,7 @@ class MonotonicTest : public CMathUtilsTest {
   Text status;
 };
 
-TEST_F(MonotonicTest, IsStrict) {
+TEST_F(ArrayIsMonotonic1DTest, IsStrict) {
   struct Row {
     std::vector<double> elements;
     bool rises;
@@ -500,19 +500,19 @@ TEST_F(MonotonicTest, IsStrict) {
   }
 }
 
-TEST_F(MonotonicTest, ElementsFollowTheArithmeticOfVariants) {
+TEST_F(ArrayIsMonotonic1DTest, ElementsFollowTheArithmeticOfVariants) {
   EXPECT_TRUE(IsMonotonic(Variants({true, Variant(), u"0.5", 1}), emsPositive));
   EXPECT_TRUE(IsMonotonic(Variants({kMostInt32, kLeastInt32}), emsNegative));
   EXPECT_TRUE(IsMonotonic(BoundedArray<Text>(std::vector<Text>{u"1", u"20", u"3E1"}), emsPositive));
 }
 
-TEST_F(MonotonicTest, NoElementsAreMonotonic) {
+TEST_F(ArrayIsMonotonic1DTest, NoElementsAreMonotonic) {
   EXPECT_TRUE(IsMonotonic(BoundedArray<double>::Empty(), emsPositive));
   EXPECT_TRUE(IsMonotonic(Doubles({1}, kMostInt32), emsNegative));
   EXPECT_TRUE(IsMonotonic(Variants({u"no number"}), emsNegative));
 }
 
-TEST_F(MonotonicTest, DeliberateOtherScaleTypesDemandNothing) {
+TEST_F(ArrayIsMonotonic1DTest, DeliberateOtherScaleTypesDemandNothing) {
   for (const std::int32_t scaleType : {2, -1, kMostInt32}) {
     EXPECT_TRUE(IsMonotonic(Doubles({0, 2, 1, 1}), static_cast<EMonotonicScale>(scaleType)));
     EXPECT_EQ(status, u"untouched");
@@ -523,12 +523,12 @@ TEST_F(MonotonicTest, DeliberateOtherScaleTypesDemandNothing) {
             kTypeMismatch);
 }
 
-TEST_F(MonotonicTest, NaNsDoNotFail) {
+TEST_F(ArrayIsMonotonic1DTest, NaNsDoNotFail) {
   EXPECT_TRUE(IsMonotonic(Doubles({0, kNaN, 0}), emsPositive));
   EXPECT_TRUE(IsMonotonic(Doubles({-kInfinity, 0, kInfinity}), emsPositive));
 }
 
-TEST_F(MonotonicTest, ErrorsPass) {
+TEST_F(ArrayIsMonotonic1DTest, ErrorsPass) {
   EXPECT_EQ(ErrorOf([&] { IsMonotonic(1.0, emsPositive); }), kTypeMismatch);
   EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variant(), emsPositive); }), kTypeMismatch);
   EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variants({1, u"x"}), emsPositive); }), kTypeMismatch);
@@ -571,7 +571,7 @@ TEST_F(IsInBoundsTest, FlagsHaveTheirValuesAndCombine) {
   EXPECT_EQ(emsNegative, 1);
 }
 
-TEST_F(IsInBoundsTest, EachModeHasItsOwnWords) {
+TEST_F(IsInBoundsTest, DeliberateInclusiveModesUseTheWordsOfTheExclusiveOnes) {
   EXPECT_EQ(Status(10, 1, 11), u"X must be greater than 11");
   EXPECT_EQ(Status(10.1, 1, 10.2), u"X must be greater than 10.2");
   EXPECT_EQ(Status(10, 2, 9), u"X must be less than 9");

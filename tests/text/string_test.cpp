@@ -296,7 +296,7 @@ TEST_F(CStringTest, Split5OfTheEmptyTextIsOneEmptyElement) {
   EXPECT_EQ(strings.Split5(u"", u"", 0, 7, true), Texts({u""}));
 }
 
-TEST_F(CStringTest, Split5WithoutElementsIsOutOfRange) {
+TEST_F(CStringTest, DeliberateSplit5WithoutElementsIsOutOfRange) {
   EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u" ", 0); }), kSubscriptOutOfRange);
   EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u"", 0, 7, true); }), kSubscriptOutOfRange);
   EXPECT_EQ(ErrorOf([&] { strings.Split5(u"   ", u" ", -1, kCompareExact, true); }), kSubscriptOutOfRange);
