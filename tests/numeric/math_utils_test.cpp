@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_number.hpp"
 
 namespace vorquill21 {
 
@@ -27,6 +28,8 @@ template struct SelfTestAccess<&CMathUtils::SelfTest_Main>;
 
 namespace {
 
+using test::RaisedNumber;
+
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargest = std::numeric_limits<double>::max();
@@ -39,16 +42,6 @@ BoundedArray<double> Doubles(std::vector<double> elements, std::int32_t lower = 
 
 BoundedArray<Variant> Variants(std::vector<Variant> elements, std::int32_t lower = 0) {
   return BoundedArray<Variant>(std::move(elements), lower);
-}
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
 }
 
 class CMathUtilsTest : public testing::Test {
@@ -118,7 +111,7 @@ TEST_F(ArrayLocateTest, DeliberateValueOutsideIsSearchedAsInADescendingTable) {
 }
 
 TEST_F(ArrayLocateTest, DeliberateSingleNodeThatEqualsTheValueIsOutOfRange) {
-  EXPECT_EQ(ErrorOf([&] { Locate(std::vector<double>{2}, 2); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { Locate(std::vector<double>{2}, 2); }), kSubscriptOutOfRange);
   EXPECT_EQ(Locate(std::vector<double>{2}, 1), (Located{false, 0}));
   EXPECT_EQ(Locate(Doubles({2}, 5), 3), (Located{false, 5}));
 }
@@ -140,16 +133,16 @@ TEST_F(ArrayLocateTest, DeliberateNegativeBoundsRaiseAMisspeltErrorOfAMisnamedSo
 }
 
 TEST_F(ArrayLocateTest, ArraysOfOtherRanksAreOutOfRange) {
-  EXPECT_EQ(ErrorOf([&] { Locate(BoundedArray<double>(), 1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] { Locate(BoundedArray<double>(), 1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
               Locate(BoundedArray<double>(Bounds{0, 2}, Bounds{0, 2}), 1);
             }),
             kSubscriptOutOfRange);
 }
 
 TEST_F(ArrayLocateTest, BoundsWhoseSumExceeds32BitsOverflow) {
-  EXPECT_EQ(ErrorOf([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
   EXPECT_EQ(Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 0.5), (Located{true, 1'500'000'000}));
 }
 
@@ -265,17 +258,17 @@ TEST_F(CMathUtilsTest, CopyArrayOfOtherDimensionsIsOutOfRangeAndLeavesTheTarget)
   const Variant neverDimensioned = BoundedArray<Text>();
   for (const Variant& source : {table, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
   for (const Variant& source : {line, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray2D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray2D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
   for (const Variant& source : {line, table, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray3D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray3D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
 }
@@ -284,9 +277,9 @@ TEST_F(CMathUtilsTest, CopyArrayOfWhatIsNoArrayIsATypeMismatchAndLeavesTheTarget
   const BoundedArray<double> before = Doubles({1, 2, 3});
   for (const Variant& source : {Variant(1.0), Variant(u"1"), Variant(true), Variant(Missing{})}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, source); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray2D(target, source); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray3D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray2D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray3D(target, source); }), kTypeMismatch);
     EXPECT_EQ(target, before);
   }
 }
@@ -294,7 +287,7 @@ TEST_F(CMathUtilsTest, CopyArrayOfWhatIsNoArrayIsATypeMismatchAndLeavesTheTarget
 TEST_F(CMathUtilsTest, CopyArrayStopsAtAnElementThatIsNoNumber) {
   for (const Variant& bad : {Variant(u"1,5"), Variant(u""), Variant(Missing{}), Variant(Doubles({1}))}) {
     BoundedArray<double> target;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, Variants({1, 2, bad, 4}, 1)); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, Variants({1, 2, bad, 4}, 1)); }), kTypeMismatch);
     EXPECT_EQ(target, Doubles({1, 2, 0, 0}, 1));
   }
 }
@@ -327,8 +320,8 @@ TEST_F(CMathUtilsTest, DWordsAreTakenApartIntoSignedWords) {
 
 TEST_F(CMathUtilsTest, WordsOutside16BitsOverflow) {
   for (const std::int32_t word : {32768, -32769, 65535, kMostInt32, kLeastInt32}) {
-    EXPECT_EQ(ErrorOf([&] { utils.DWordMake(word, 0); }), kOverflow);
-    EXPECT_EQ(ErrorOf([&] { utils.DWordMake(0, word); }), kOverflow);
+    EXPECT_EQ(RaisedNumber([&] { utils.DWordMake(word, 0); }), kOverflow);
+    EXPECT_EQ(RaisedNumber([&] { utils.DWordMake(0, word); }), kOverflow);
   }
 }
 
@@ -362,20 +355,20 @@ TEST_F(CMathUtilsTest, NumbersAreEqualFollowsTheArithmeticOfVariants) {
   EXPECT_FALSE(utils.NumbersAreEqual(kInfinity, kInfinity, 0));
   fake.locale.decimalSeparator = u',';
   EXPECT_TRUE(utils.NumbersAreEqual(u"1,5", 1.5, 5));
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(u"1.5", 1.5, 5); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, Missing{}, 5); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(Doubles({1}), 1, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(u"1.5", 1.5, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, Missing{}, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(Doubles({1}), 1, 5); }), kTypeMismatch);
 }
 
 TEST_F(CMathUtilsTest, FloatingFaultsOfNumbersAreEqualAreErrors) {
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(kLargest, -kLargest, 0); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, 400); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, 309); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, kMostInt32); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -309); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -323); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -324); }), kDivisionByZero);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, kLeastInt32); }), kDivisionByZero);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(kLargest, -kLargest, 0); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, 400); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, 309); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, kMostInt32); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -309); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -323); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -324); }), kDivisionByZero);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, kLeastInt32); }), kDivisionByZero);
   EXPECT_TRUE(utils.NumbersAreEqual(1, 1, 308));
   EXPECT_TRUE(utils.NumbersAreEqual(1, 1E300, -308));
 }
@@ -517,7 +510,7 @@ TEST_F(ArrayIsMonotonic1DTest, DeliberateOtherScaleTypesDemandNothing) {
     EXPECT_TRUE(IsMonotonic(Doubles({0, 2, 1, 1}), static_cast<EMonotonicScale>(scaleType)));
     EXPECT_EQ(status, u"untouched");
   }
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] {
               IsMonotonic(Variants({1, u"x"}), static_cast<EMonotonicScale>(2));
             }),
             kTypeMismatch);
@@ -529,15 +522,15 @@ TEST_F(ArrayIsMonotonic1DTest, NaNsDoNotFail) {
 }
 
 TEST_F(ArrayIsMonotonic1DTest, ErrorsPass) {
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(1.0, emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variant(), emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variants({1, u"x"}), emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(BoundedArray<double>(), emsPositive); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(1.0, emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Variant(), emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Variants({1, u"x"}), emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(BoundedArray<double>(), emsPositive); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
               IsMonotonic(BoundedArray<double>(Bounds{0, 1}, Bounds{0, 1}), emsPositive);
             }),
             kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Doubles({-kLargest, kLargest}), emsPositive); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Doubles({-kLargest, kLargest}), emsPositive); }), kOverflow);
   EXPECT_EQ(status, u"untouched");
   EXPECT_FALSE(IsMonotonic(Variants({2, 1, u"x"}), emsPositive)) << "the first failure ends the scan";
 }
@@ -650,12 +643,12 @@ TEST_F(IsInBoundsTest, NaNsAreNeverOutside) {
 TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
   for (const Variant& bad : {Variant(Missing{}), Variant(Doubles({1})), Variant(ObjectReference())}) {
     for (const std::int32_t mode : {1, 2, 4, 9, 10, 12, 16}) {
-      EXPECT_EQ(ErrorOf([&] { Status(bad, mode, 1, 2); }), kTypeMismatch);
-      EXPECT_EQ(ErrorOf([&] { Status(1, mode, bad, 2); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(bad, mode, 1, 2); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(1, mode, bad, 2); }), kTypeMismatch);
     }
     for (const std::int32_t mode : {4, 12}) {
-      EXPECT_EQ(ErrorOf([&] { Status(2, mode, 1, bad); }), kTypeMismatch);
-      EXPECT_EQ(ErrorOf([&] { Status(0, mode, 1, bad); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(2, mode, 1, bad); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(0, mode, 1, bad); }), kTypeMismatch);
     }
     EXPECT_EQ(Status(2, 1, 1, bad), kUntouched);
   }
