@@ -6,19 +6,19 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
+#include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/split_reference.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+using test::Require;
+using test::SplitStepByStep;
 
 /// Takes the input apart from its start; what is missing at its end is 0 or empty.
 class Input {
@@ -47,19 +47,6 @@ Text Join(std::span<const Text> elements, TextView delimiter) {
   for (const Text& element : elements) joined.append(element).append(delimiter);
   if (!elements.empty()) joined.resize(joined.size() - delimiter.size());
   return joined;
-}
-
-std::vector<Text> SplitStepByStep(const Text& text, const Text& delimiter, std::int32_t limit,
-                                  bool skipsEmpty) {
-  std::vector<Text> elements;
-  std::size_t from = 0;
-  while (from < text.size() && static_cast<std::int64_t>(elements.size()) != limit) {
-    std::size_t found = text.find(delimiter, from);
-    if (found == Text::npos) found = text.size();
-    if (!(skipsEmpty && found == from)) elements.push_back(text.substr(from, found - from));
-    from = found + delimiter.size();
-  }
-  return elements;
 }
 
 Text ReplaceAll(TextView text, TextView find, TextView replacement) {
