@@ -7,6 +7,15 @@
 namespace vorquill21 {
 namespace {
 
+TEST(WindowsCodePageTest, APageKnowsWhetherItsBytesAreCharacters) {
+  for (const unsigned number : {1250u, 1251u, 1252u, 437u}) {
+    EXPECT_TRUE(WindowsLocale(number).HasSingleBytes()) << number;
+  }
+  for (const unsigned number : {932u, 936u, 65001u}) {
+    EXPECT_FALSE(WindowsLocale(number).HasSingleBytes()) << number;
+  }
+}
+
 std::string AllBytes() {
   std::string bytes;
   for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);

@@ -51,6 +51,10 @@ off_t FaultyCalls::Position(int file) {
   return Fails("Position") ? -1 : FileCalls::Position(file);
 }
 
+off_t FaultyCalls::Move(int file, off_t distance) {
+  return Fails("Move") ? -1 : FileCalls::Move(file, distance);
+}
+
 int FaultyCalls::SetLength(int file, off_t length) {
   return Fails("SetLength", kInterruptible) ? -1 : FileCalls::SetLength(file, length);
 }

@@ -29,6 +29,7 @@ class FaultyCalls : public FileCalls {
   ssize_t Read(int file, char* buffer, std::size_t size) override;
   ssize_t Write(int file, const char* bytes, std::size_t size) override;
   off_t Position(int file) override;
+  off_t Move(int file, off_t distance) override;
   int SetLength(int file, off_t length) override;
   int Reserve(int file, off_t length) override;
   int Sync(int file) override;

@@ -50,6 +50,9 @@ class FaultyCalls : public FileCalls {
   bool Read(NativeHandle file, char* buffer, std::uint32_t size, std::uint32_t& count) override {
     return !Fails() && FileCalls::Read(file, buffer, size, count);
   }
+  bool Move(NativeHandle file, std::int64_t distance) override {
+    return !Fails() && FileCalls::Move(file, distance);
+  }
   bool Write(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count) override {
     if (!Fails()) return FileCalls::Write(file, bytes, size, count);
     if (!halvesWrites) return false;
@@ -266,6 +269,19 @@ TEST(WindowsFileFaultsTest, ReadingRaisesAndClosesAgain) {
       [](const test::FileFolder& folder, const Outcome&) { EXPECT_EQ(folder.Bytes(u"a.txt"), kOld); });
   // Open, traits, two reads, and close, whose failure nobody hears of.
   EXPECT_EQ(faults, 5 * static_cast<int>(std::size(kCodes)));
+}
+
+TEST(WindowsFileFaultsTest, ReadingTheEndOfAFileRaisesAndClosesAgain) {
+  const int faults = ForEveryFault(
+      Subject::kFile, [](const test::FileFolder& folder) { folder.Write(u"a.txt", kOld); },
+      [](WindowsFiles& files, const test::FileFolder& folder) {
+        const auto reader = files.OpenForReading(folder.Below(u"a.txt"));
+        reader->Skip(1);
+        EXPECT_EQ(ReadRest(*reader, kOld.size()), kOld.substr(1));
+      },
+      [](const test::FileFolder& folder, const Outcome&) { EXPECT_EQ(folder.Bytes(u"a.txt"), kOld); });
+  // Open, traits, the move, two reads, and close.
+  EXPECT_GE(faults, 6 * static_cast<int>(std::size(kCodes)));
 }
 
 TEST(WindowsFileFaultsTest, ListingRaisesAndClosesAgain) {

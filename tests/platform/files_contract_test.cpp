@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <ostream>
 #include <string>
@@ -125,6 +126,24 @@ TEST_P(FilesContractTest, AReaderKnowsTheLengthAndGivesTheBytesInOrder) {
   for (std::size_t count; (count = reader->Read(buffer)) > 0;) bytes.append(buffer.data(), count);
   EXPECT_EQ(bytes, "0123456789");
   EXPECT_EQ(reader->Read(buffer), 0u);
+}
+
+TEST_P(FilesContractTest, AReaderSkipsBytes) {
+  files_.Replace(Below(u"a.txt"), "0123456789");
+  struct Case {
+    std::uint64_t first;
+    std::uint64_t second;
+    const char* rest;
+  };
+  constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+  for (const Case& each : {Case{0, 0, "0123456789"}, Case{3, 2, "56789"}, Case{10, 0, ""}, Case{4, 100, ""},
+                           Case{100, 1, ""}, Case{kMost, 0, ""}}) {
+    const auto reader = files_.OpenForReading(Below(u"a.txt"));
+    reader->Skip(each.first);
+    reader->Skip(each.second);
+    EXPECT_EQ(ReadRest(*reader, 1), each.rest) << each.first;
+    EXPECT_EQ(reader->Length(), 10u);
+  }
 }
 
 TEST_P(FilesContractTest, TwoReadersOfOneFileDoNotDisturbEachOther) {

@@ -244,6 +244,12 @@ TEST_F(PosixFilesTest, WhatHasNoLengthIsReadToItsEnd) {
   writer.join();
   EXPECT_EQ(received, sent);
   EXPECT_TRUE(S_ISFIFO(StatusOf(At("pipe")).st_mode));
+
+  std::thread secondWriter([&] { files_.Replace(Below("pipe"), "0123456789"); });
+  const auto reader = files_.OpenForReading(Below("pipe"));
+  reader->Skip(7);
+  EXPECT_EQ(ReadRest(*reader, 0), "789");
+  secondWriter.join();
 }
 
 TEST_F(PosixFilesTest, ListingsTellHiddenAndSystemEntries) {

@@ -1,15 +1,13 @@
 #include <gtest/gtest.h>
 #include <signal.h>
-#include <sys/mount.h>
 #include <sys/resource.h>
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
 #include <string>
 
 #include "tests/platform/system_posix.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/small_disk_posix.hpp"
 #include "tests/support/temporary_folder.hpp"
 #include "vorquill21/platform/files_posix.hpp"
 
@@ -44,29 +42,6 @@ class LimitedFileSize {
  private:
   rlimit oldLimit_{};
   void (*oldHandler_)(int) = nullptr;
-};
-
-/// A disk of kRoom bytes, mounted on a folder.
-class SmallDisk {
- public:
-  explicit SmallDisk(std::string folder) : folder_(std::move(folder)) {
-    const std::string options = "size=" + std::to_string(kRoom);
-    mounted_ = ::mount("tmpfs", folder_.c_str(), "tmpfs", 0, options.c_str()) == 0;
-    if (!mounted_) reason_ = std::strerror(errno);
-  }
-  SmallDisk(const SmallDisk&) = delete;
-  SmallDisk& operator=(const SmallDisk&) = delete;
-  ~SmallDisk() {
-    if (mounted_) ::umount(folder_.c_str());
-  }
-
-  bool IsMounted() const { return mounted_; }
-  const std::string& Reason() const { return reason_; }
-
- private:
-  std::string folder_;
-  bool mounted_ = false;
-  std::string reason_;
 };
 
 class FullDiskTest : public ::testing::Test {
@@ -110,13 +85,13 @@ TEST_F(FullDiskTest, AFileThatMayNotGrowKeepsItsContentOnTheRealSystem) {
 }
 
 TEST_F(FullDiskTest, AFullDiskKeepsWhatItHoldsOnTheRealSystem) {
-  const SmallDisk disk(Folder());
+  const test::SmallDisk disk(Folder(), kRoom);
   if (!disk.IsMounted()) GTEST_SKIP() << "no disk could be mounted: " << disk.Reason();
   CheckThatNothingIsLost();
 }
 
 TEST_F(FullDiskTest, ADiskThatIsFullToTheLastByteKeepsWhatItHoldsOnTheRealSystem) {
-  const SmallDisk disk(Folder());
+  const test::SmallDisk disk(Folder(), kRoom);
   if (!disk.IsMounted()) GTEST_SKIP() << "no disk could be mounted: " << disk.Reason();
   WriteContent(At("a"), "old");
   EXPECT_EQ(RaisedNumber([&] {

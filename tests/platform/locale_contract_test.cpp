@@ -40,8 +40,7 @@ TEST_P(LocaleContractTest, EveryByteOfASingleBytePageSurvivesTheRoundTrip) {
   while (bytes.size() < 10'000) bytes += AllBytes() + "plain text";
   Text text = u"before";
   const std::size_t taken = locale_.AppendFromCodePage(bytes, text);
-  if (text.size() != bytes.size() + 6)
-    GTEST_SKIP() << "the code page of this system has multi-byte characters";
+  if (!locale_.HasSingleBytes()) GTEST_SKIP() << "the code page of this system has multi-byte characters";
   EXPECT_EQ(taken, bytes.size());
   EXPECT_TRUE(text.starts_with(u"before"));
   std::string back = "before";

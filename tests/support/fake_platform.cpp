@@ -11,7 +11,8 @@ std::int32_t RecordingDesktop::OpenDocument(const DocumentRequest& request) {
   return openResult;
 }
 
-std::optional<Text> RecordingDesktop::BrowseForFolder(std::int32_t, TextView title) {
+std::optional<Text> RecordingDesktop::BrowseForFolder(std::int32_t ownerWindow, TextView title) {
+  browseOwners.push_back(ownerWindow);
   browseTitles.emplace_back(title);
   return browsedFolder;
 }

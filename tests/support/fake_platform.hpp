@@ -32,6 +32,7 @@ class RecordingDesktop : public Desktop {
   std::vector<DocumentRequest> openedDocuments;
   std::int32_t openResult = 33;
   std::vector<Text> browseTitles;
+  std::vector<std::int32_t> browseOwners;
   std::optional<Text> browsedFolder;
   std::map<std::int32_t, Text> specialFolders;
 };
@@ -42,6 +43,7 @@ class ChosenLocale : public Locale {
   char16_t DecimalSeparator() const override { return decimalSeparator; }
   Text ShortTime() const override { return shortTime; }
   Text ShortDate() const override { return shortDate; }
+  bool HasSingleBytes() const override { return true; }
   std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override;
   void AppendToCodePage(TextView text, std::string& bytes) const override;
 

@@ -13,6 +13,11 @@ class FaultyFiles::Reader : public ByteReader {
     return base_->Read(buffer);
   }
 
+  void Skip(std::uint64_t count) override {
+    plan_.Count();
+    base_->Skip(count);
+  }
+
  private:
   std::unique_ptr<ByteReader> base_;
   FaultPlan& plan_;

@@ -402,6 +402,7 @@ TEST_F(CStringTest, SelfTestPassesAndAppendsNothing) {
 
 /// Gets every answer wrong.
 struct WrongStrings {
+  Variant CommandLineArgumentsParse(bool, TextView) const { return Variants({u"wrong", u"wrong"}); }
   Text MidBracketed(TextView, TextView, TextView) const { return u"wrong"; }
   Text ReplaceMulti(TextView, TextView, TextView) const { return u"wrong"; }
   Text RTrimMulti(TextView, const BoundedArray<Variant>&) const { return u"wrong"; }
@@ -411,8 +412,19 @@ struct WrongStrings {
 TEST(CStringSelfTest, DeliberateTheCheckOfMidBracketedFailsUnderAnotherName) {
   FailedTests failedTests;
   RunStringChecks(WrongStrings(), failedTests);
-  EXPECT_EQ(failedTests, (FailedTests{u"SelfTest_CommandLineArgumentsParse", u"SelfTest_ReplaceMulti",
-                                      u"SelfTest_SplitMulti", u"SelfTest_RTrimMulti"}));
+  EXPECT_EQ(failedTests,
+            (FailedTests{u"SelfTest_CommandLineArgumentsParse", u"SelfTest_CommandLineArgumentsParse",
+                         u"SelfTest_ReplaceMulti", u"SelfTest_SplitMulti", u"SelfTest_RTrimMulti"}));
+}
+
+TEST(CStringSelfTest, ACheckThatRaisesFails) {
+  struct RaisingStrings : CString {
+    using CString::CString;
+    Variant CommandLineArgumentsParse(bool, TextView) const { throw LibraryError(kOutOfMemory); }
+  };
+  FailedTests failedTests;
+  RunStringChecks(RaisingStrings(), failedTests);
+  EXPECT_EQ(failedTests, FailedTests{u"SelfTest_CommandLineArgumentsParse"});
 }
 
 }  // namespace

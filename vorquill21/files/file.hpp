@@ -23,6 +23,13 @@ class VORQUILL21_API CFile {
  public:
   explicit CFile(Platform& platform = Platform::Native());
 
+  /// Lets the user pick a folder in a dialog with the title `asTitleText`, in front of the window with the
+  /// handle `anOwnerFormhWnd` (0: none; of no meaning on POSIX systems). `asFolder` receives its path.
+  ///
+  /// When the choice is cancelled, cannot be offered or fails, `asFolder` keeps its value; no error is
+  /// raised.
+  void BrowseForFolder(std::int32_t anOwnerFormhWnd, TextView asTitleText, Text& asFolder) const;
+
   /// True when both files can be read by FileReadAsString and their texts are equal ignoring letter case.
   /// Files that differ only in letter case, or only in one final line end, compare equal; an empty file
   /// equals nothing.
@@ -76,6 +83,23 @@ class VORQUILL21_API CFile {
   /// place was missing. No error is raised in any case.
   void ListFilesMatchingExt(TextView asDir, TextView asExtension, BoundedArray<Text>& asFilesList,
                             std::int32_t& anFilesCount) const;
+
+  /// Opens a document with the program meant for it, in a normal window. True when it was handed over;
+  /// `asMsg` is then left alone. Otherwise `asMsg` receives what the result of the shell means:
+  ///
+  /// | result | asMsg                                    | result | asMsg                               |
+  /// |--------|------------------------------------------|--------|-------------------------------------|
+  /// | 2      | "File not found"                         | 28     | "DDE Time out"                      |
+  /// | 3      | "Path not found"                         | 29     | "DDE transaction failed"            |
+  /// | 5      | "Access denied"                          | 30     | "DDE busy"                          |
+  /// | 8      | "Out of memory"                          | 31     | "No association for file extension" |
+  /// | 11     | "Invalid EXE file or error in EXE image" | 32     | "DLL not found"                     |
+  /// | 26     | "A sharing violation occurred"           | any    |                                     |
+  /// | 27     | "Incomplete or invalid file association" | other  | "Unknown error"                     |
+  ///
+  /// On POSIX systems the results are 2, 3, 5, 31 (no program, or no display to open it on) and 0. Raises
+  /// nothing: an error of the desktop is an unknown one.
+  bool OpenDoc(TextView asDocName, Text* asMsg = nullptr) const;
 
   /// The folder part of a path: everything up to and including its last "\"; empty when there is none. A "/"
   /// is an ordinary character.

@@ -29,6 +29,8 @@ class SingleBytePage : public SystemCodePage {
  public:
   explicit SingleBytePage(unsigned number) : page_(UnitsOf(number)) {}
 
+  bool HasSingleBytes() const override { return true; }
+
   std::size_t AppendText(std::string_view bytes, Text& text) const override {
     page_.AppendText(bytes, text);
     return bytes.size();
@@ -55,6 +57,8 @@ std::size_t InParts(View whole, std::size_t largest, Append append) {
 class MultiBytePage : public SystemCodePage {
  public:
   explicit MultiBytePage(unsigned number) : number_(number), isUtf8_(number == CP_UTF8) {}
+
+  bool HasSingleBytes() const override { return false; }
 
   std::size_t AppendText(std::string_view bytes, Text& text) const override {
     std::wstring wide(std::min(bytes.size(), kLargestPart), L'\0');  // no byte gives more than one unit

@@ -20,6 +20,7 @@ class SystemCodePage {
 
   virtual ~SystemCodePage() = default;
 
+  virtual bool HasSingleBytes() const = 0;
   virtual std::size_t AppendText(std::string_view bytes, Text& text) const = 0;
   virtual void AppendBytes(TextView text, std::string& bytes) const = 0;
 };

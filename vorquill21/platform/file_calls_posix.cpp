@@ -32,6 +32,10 @@ off_t FileCalls::Position(int file) {
   return ::lseek(file, 0, SEEK_CUR);
 }
 
+off_t FileCalls::Move(int file, off_t distance) {
+  return ::lseek(file, distance, SEEK_CUR);
+}
+
 int FileCalls::SetLength(int file, off_t length) {
   return ::ftruncate(file, length);
 }

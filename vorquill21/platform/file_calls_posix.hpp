@@ -22,6 +22,8 @@ class FileCalls {
   virtual ssize_t Write(int file, const char* bytes, std::size_t size);
   /// Where the next read or write begins.
   virtual off_t Position(int file);
+  /// Moves that place by `distance` and gives the new one.
+  virtual off_t Move(int file, off_t distance);
   virtual int SetLength(int file, off_t length);
   /// Has the disk keep room for the first `length` bytes; a shorter file grows by NUL bytes.
   virtual int Reserve(int file, off_t length);

@@ -120,6 +120,12 @@ bool FileCalls::Read(NativeHandle file, char* buffer, std::uint32_t size, std::u
   return done;
 }
 
+bool FileCalls::Move(NativeHandle file, std::int64_t distance) {
+  LARGE_INTEGER wide;
+  wide.QuadPart = distance;
+  return SetFilePointerEx(file, wide, nullptr, FILE_CURRENT) != 0;
+}
+
 bool FileCalls::Write(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count) {
   return WriteFrom(file, bytes, size, count, nullptr);
 }

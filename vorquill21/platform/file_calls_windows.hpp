@@ -46,6 +46,8 @@ class FileCalls {
   virtual bool CopyPermissions(NativeHandle from, NativeHandle to);
 
   virtual bool Read(NativeHandle file, char* buffer, std::uint32_t size, std::uint32_t& count);
+  /// Moves the place of the next read by `distance`.
+  virtual bool Move(NativeHandle file, std::int64_t distance);
   virtual bool Write(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count);
   virtual bool WriteAtEnd(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count);
   virtual bool SetLength(NativeHandle file, std::uint64_t length);

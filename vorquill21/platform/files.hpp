@@ -35,6 +35,10 @@ class VORQUILL21_API ByteReader {
   /// Reads the next bytes into `buffer` and returns how many; 0 only at the end of the file (or for an empty
   /// buffer). Error 57 when the device fails.
   virtual std::size_t Read(std::span<char> buffer) = 0;
+
+  /// Passes over the next `count` bytes, or what is left of the file. A file on a disk is not read for that;
+  /// what only gives its bytes in order is read and thrown away. Error 57 when the device fails.
+  virtual void Skip(std::uint64_t count);
 };
 
 /// What the library asks of a file system. In every path "\" separates folders; where the operating system's
@@ -75,6 +79,10 @@ class VORQUILL21_API Files {
   /// Removes an empty folder: 76 when it is missing, 75 when it is not empty or may not be removed.
   virtual void RemoveFolder(TextView path) = 0;
 };
+
+/// All bytes from where `reader` stands to the end of its file; there may be more or fewer of them than were
+/// expected.
+VORQUILL21_API std::string ReadRest(ByteReader& reader, std::uint64_t expectedCount);
 
 /// All bytes of a file, read through OpenForReading.
 VORQUILL21_API std::string ReadWholeFile(Files& files, TextView path);

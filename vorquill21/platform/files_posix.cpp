@@ -38,6 +38,12 @@ class FileReader : public ByteReader {
     return static_cast<std::size_t>(count);
   }
 
+  void Skip(std::uint64_t count) override {
+    const bool isMoved =
+        std::in_range<off_t>(count) && calls_.Move(file_.Descriptor(), static_cast<off_t>(count)) != -1;
+    if (!isMoved) ByteReader::Skip(count);
+  }
+
  private:
   FileCalls& calls_;
   OpenFile file_;

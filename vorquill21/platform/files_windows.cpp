@@ -197,6 +197,12 @@ class FileReader : public ByteReader {
     throw LibraryError(error);
   }
 
+  void Skip(std::uint64_t count) override {
+    const bool isMoved =
+        std::in_range<std::int64_t>(count) && calls_.Move(file_.Handle(), static_cast<std::int64_t>(count));
+    if (!isMoved) ByteReader::Skip(count);
+  }
+
  private:
   FileCalls& calls_;
   OpenFile file_;

@@ -21,6 +21,10 @@ class VORQUILL21_API Locale {
   virtual Text ShortTime() const = 0;
   virtual Text ShortDate() const = 0;
 
+  /// True when each byte of the code page is one unit of text, so that a part of a file can be told by its
+  /// length. A locale that does not know says False, and files are then converted from their beginning.
+  virtual bool HasSingleBytes() const { return false; }
+
   /// Appends the text of `bytes` to `text` and returns how many bytes that took. On a page of single bytes
   /// that is all of them, one unit a byte, and every byte survives the way there and back; on a multi-byte
   /// page a character cut off at the end is left for the next call.

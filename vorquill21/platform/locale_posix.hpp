@@ -26,6 +26,7 @@ class PosixLocale : public Locale {
   char16_t DecimalSeparator() const override { return decimalSeparator_; }
   Text ShortTime() const override;
   Text ShortDate() const override;
+  bool HasSingleBytes() const override { return true; }
   std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override;
   void AppendToCodePage(TextView text, std::string& bytes) const override;
 

@@ -41,6 +41,10 @@ Text WindowsLocale::ShortDate() const {
   });
 }
 
+bool WindowsLocale::HasSingleBytes() const {
+  return page_->HasSingleBytes();
+}
+
 std::size_t WindowsLocale::AppendFromCodePage(std::string_view bytes, Text& text) const {
   return page_->AppendText(bytes, text);
 }

@@ -15,6 +15,7 @@ class WindowsLocale : public Locale {
   char16_t DecimalSeparator() const override;
   Text ShortTime() const override;
   Text ShortDate() const override;
+  bool HasSingleBytes() const override;
   std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override;
   void AppendToCodePage(TextView text, std::string& bytes) const override;
 

@@ -13,10 +13,10 @@ bool NamesDrive(TextView path) noexcept {
 }
 
 std::string SystemPath(TextView path) {
-  if (path.find(u'\0') != TextView::npos) throw LibraryError(kBadFileName);
+  if (std::ranges::count(path, u'\0') > 0) throw LibraryError(kBadFileName);
   if (NamesDrive(path)) throw LibraryError(kPathNotFound);
   std::string systemPath = ToUtf8(path);
-  std::ranges::replace(systemPath, '\\', '/');
+  for (char& c : systemPath) c = c == '\\' ? '/' : c;
   return systemPath;
 }
 

@@ -23,6 +23,28 @@ class VORQUILL21_API CString {
  public:
   explicit CString(Platform& platform = Platform::Native());
 
+  /// The index of the first element of an argument list that equals `asArgName` as a whole, ignoring letter
+  /// case; 0 when there is none. In a list made by CommandLineArgumentsParse 0 means absent, as its element 0
+  /// is no argument; the empty name gives 0 there, too.
+  ///
+  /// Any one-dimensional array will do, whatever its bounds; elements are compared by their texts. A value
+  /// that is no array, or an element looked at that is missing, an object or an array, is error 13; an array
+  /// that was never dimensioned, or has more dimensions, is error 9. Cost: linear, up to the first match.
+  std::int32_t CommandLineArgumentIndex(const Variant& avCommandArgs, TextView asArgName) const;
+
+  /// Takes a command line apart: `asTestCommandLine` with `abIsTestMode`, otherwise that of the process
+  /// without the program's own name. Returns an array of variants, bounds 0 to the number of arguments:
+  /// element 0 is always empty, then come the arguments in order.
+  ///
+  /// Blanks (U+0020 alone) separate arguments, any number of them. A double quote that begins an argument
+  /// makes it last to the next double quote, or to the end of the line, blanks included; right behind that
+  /// quote another argument may begin. Within an argument that began without one, double quotes are left out
+  /// and mean nothing: `ab"c d"` is "abc" and "d". Argument "" is an empty variant, all others are texts.
+  ///
+  /// Raises what asking for the process's command line raises, and error 7 when memory runs out. Cost:
+  /// linear.
+  Variant CommandLineArgumentsParse(bool abIsTestMode = false, TextView asTestCommandLine = {}) const;
+
   /// The text between two brackets of one character: from the unit after the first unit of the first
   /// `asOpenBracket` (the start of the text when there is none) up to the next `asCloseBracket`. The empty
   /// text when there is no closing bracket behind it.
@@ -81,7 +103,7 @@ class VORQUILL21_API CString {
   Variant SelfTest_Main(FailedTests& aoFailedTests) const;
 
  private:
-  [[maybe_unused]] Platform& platform_;
+  Platform& platform_;
 };
 
 }  // namespace vorquill21

@@ -1,16 +1,31 @@
 #pragma once
 
 #include <algorithm>
+#include <initializer_list>
 #include <vector>
 
 #include "vorquill21/frame/types/bounded_array.hpp"
 #include "vorquill21/frame/types/failed_tests.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/variant.hpp"
 
 namespace vorquill21 {
 
 // The built-in checks of CString. Not exported; templates, so that the tests can run them on an object that
 // gets things wrong.
+
+template <typename Strings>
+bool TakesCommandLinesApart(const Strings& strings) {
+  const auto hasArguments = [&strings](TextView line, std::initializer_list<TextView> arguments) {
+    const Variant list = strings.CommandLineArgumentsParse(true, line);
+    std::int32_t index = 0;
+    return std::ranges::all_of(
+        arguments, [&](TextView argument) { return ArrayElement(list, ++index) == Variant(argument); });
+  };
+  const Variant none = strings.CommandLineArgumentsParse(true, u"");
+  return hasArguments(u"\"/q1\" /s2 /s3 \"/q 4\"", {u"/q1", u"/s2", u"/s3", u"/q 4"}) &&
+         hasArguments(u"/s1 /s2 /s3 \"/q 4\"", {u"/s1", u"/s2"}) && ArrayBounds(none).upper == 0;
+}
 
 template <typename Strings>
 bool TakesTextBetweenBrackets(const Strings& strings) {
@@ -66,10 +81,20 @@ bool TrimsCharactersAtTheEnd(const Strings& strings) {
 }
 
 template <typename Strings>
+bool PassesWithoutError(const Strings& strings, bool (*passes)(const Strings&)) {
+  try {
+    return TranslatingMemoryErrors([&] { return passes(strings); });
+  } catch (const LibraryError&) {
+    return false;
+  }
+}
+
+template <typename Strings>
 void RunStringChecks(const Strings& strings, FailedTests& failedTests) {
   const auto check = [&](TextView nameOnFailure, bool (*passes)(const Strings&)) {
-    if (!passes(strings)) failedTests.emplace_back(nameOnFailure);
+    if (!PassesWithoutError(strings, passes)) failedTests.emplace_back(nameOnFailure);
   };
+  check(u"SelfTest_CommandLineArgumentsParse", TakesCommandLinesApart);
   check(u"SelfTest_CommandLineArgumentsParse", TakesTextBetweenBrackets);
   check(u"SelfTest_ReplaceMulti", ReplacesRuns);
   check(u"SelfTest_SplitMulti", SplitsWithAndWithoutEmptyElements);

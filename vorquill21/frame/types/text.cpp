@@ -20,6 +20,13 @@ constexpr bool IsEscapedByte(char16_t unit) {
   return unit >= kEscapedByte + 0x80 && unit <= kEscapedByte + 0xFF;
 }
 
+/// Looks at all units, as the compiler does that for many of them at a time.
+constexpr bool IsAscii(TextView text) {
+  unsigned bits = 0;
+  for (const char16_t unit : text) bits |= unit;
+  return bits < 0x80;
+}
+
 void AppendUtf8(char32_t character, std::string& utf8) {
   const auto continuation = [character](int shift) {
     return static_cast<char>(0x80 | ((character >> shift) & 0x3F));
@@ -67,6 +74,7 @@ Decoded DecodeUtf8(std::string_view bytes) {
 }  // namespace
 
 std::string ToUtf8(TextView text) {
+  if (IsAscii(text)) return std::string(text.begin(), text.end());
   std::string utf8;
   utf8.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {

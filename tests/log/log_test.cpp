@@ -1,0 +1,421 @@
+#include "vorquill21/log/log.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <new>
+#include <stdexcept>
+
+#include "tests/log/log_fixture.hpp"
+#include "tests/support/raised_number.hpp"
+
+namespace vorquill21 {
+namespace {
+
+using test::EntryRecorder;
+using test::kLogPath;
+using test::kNoBound;
+using test::LoggedEntry;
+using test::LogTest;
+using test::RaisedNumber;
+
+// --- Before Initialise -----------------------------------------------------------------------------------
+
+template <typename Operation>
+void ExpectNotInitialised(TextView source, Operation operation) {
+  try {
+    operation();
+    ADD_FAILURE() << ToUtf8(source) << " raised nothing";
+  } catch (const LibraryError& error) {
+    EXPECT_EQ(error.Number(), 1000);
+    EXPECT_EQ(error.Source(), source);
+    EXPECT_EQ(error.Description(), u"Log not initialised");
+  }
+}
+
+TEST(UninitialisedLogTest, OperationsRaiseAnErrorThatNamesThem) {
+  test::FakePlatform fake;
+  CLog log(fake.platform);
+  const EntryRecorder recorder(log);
+  ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"entry", logNormal); });
+  ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"", logException); });
+  ExpectNotInitialised(u"CLog.StartLogging", [&] { log.StartLogging(); });
+  ExpectNotInitialised(u"CLog.StopLogging", [&] { log.StopLogging(); });
+  ExpectNotInitialised(u"CLog.View", [&] { log.View(); });
+  EXPECT_FALSE(log.LogContainsExceptions());
+  EXPECT_TRUE(recorder.entries.empty());
+  EXPECT_TRUE(fake.desktop.openedDocuments.empty());
+}
+
+TEST(UninitialisedLogTest, PropertiesAndTextRaiseNothing) {
+  test::FakePlatform fake;
+  const CLog log(fake.platform);
+  EXPECT_EQ(log.Filepath(), u"");
+  EXPECT_FALSE(log.LogContainsExceptions());
+  EXPECT_FALSE(log.LogDiagnostics());
+  EXPECT_EQ(log.Text(), u"");
+}
+
+// --- Initialise ------------------------------------------------------------------------------------------
+
+TEST_F(LogTest, InitialiseStoresAndWritesNothing) {
+  EXPECT_EQ(log.Filepath(), kLogPath);
+  EXPECT_FALSE(log.LogDiagnostics());
+  Initialise(100, true);
+  EXPECT_TRUE(log.LogDiagnostics());
+  EXPECT_EQ(Bytes(), "(missing)");
+}
+
+TEST_F(LogTest, InitialiseAgainRedirectsTheLog) {
+  log.AddEntry(u"first", logException);
+  log.Initialise(u"/library/other.log", kNoBound, false, true, u"");
+  EXPECT_TRUE(log.LogContainsExceptions()) << "only a start forgets warnings";
+  log.AddEntry(u"second", logNormal);
+  EXPECT_EQ(Bytes(), "* Warning: first\r\n");
+  EXPECT_EQ(fake.files.Content(u"/library/other.log"), "second\r\n");
+}
+
+TEST_F(LogTest, TheTitleIsConvertedToText) {
+  struct Row {
+    Variant title;
+    std::string line;
+  };
+  const Row rows[] = {{u"Rig 4", "Rig 4\r\n"}, {2.5, "2,5\r\n"}, {true, "True\r\n"},     {7, "7\r\n"},
+                      {Variant(), ""},         {u"", ""},        {u"a\r\nb", "a: b\r\n"}};
+  fake.locale.decimalSeparator = u',';
+  for (const Row& row : rows) {
+    log.Initialise(kLogPath, kNoBound, false, false, row.title);
+    log.StartLogging();
+    EXPECT_EQ(Bytes(),
+              test::kRule + "\r\n" + row.line + "Log started at 09:05 21/11/2026\r\n" + test::kRule + "\r\n");
+  }
+}
+
+TEST_F(LogTest, ATitleThatIsNoTextLeavesTheLogAsItWas) {
+  const Variant titles[] = {Missing{}, ObjectReference(), BoundedArray<double>(Bounds{0, 1})};
+  for (const Variant& title : titles) {
+    EXPECT_EQ(RaisedNumber([&] { log.Initialise(u"/library/other.log", 1, true, false, title); }), 13);
+  }
+  EXPECT_EQ(log.Filepath(), kLogPath);
+  EXPECT_FALSE(log.LogDiagnostics());
+}
+
+// --- AddEntry --------------------------------------------------------------------------------------------
+
+TEST_F(LogTest, EachActionHasItsLine) {
+  struct Row {
+    std::int32_t action;
+    bool logsDiagnostics;
+    std::string bytes;
+    bool isException;
+  };
+  const Row rows[] = {
+      {0, false, "entry\r\n", false},
+      {1, false, "entry\r\n", false},
+      {2, false, "* Warning: entry\r\n", true},
+      {3, false, "* Warning: entry Error: 0 \r\n", true},
+      {4, false, "", false},
+      {4, true, "entry\r\n", false},
+      {5, true, "", false},
+      {-1, true, "", false},
+      {std::numeric_limits<std::int32_t>::max(), true, "", false},
+  };
+  for (const Row& row : rows) {
+    CLog fresh(fake.platform);
+    fresh.Initialise(kLogPath, kNoBound, row.logsDiagnostics, true, u"");
+    EntryRecorder recorder(fresh);
+    fake.files.Replace(kLogPath, "");
+    const auto action = static_cast<ELogAction>(row.action);
+    fresh.AddEntry(u"entry", action);
+    EXPECT_EQ(Bytes(), row.bytes) << row.action;
+    EXPECT_EQ(fresh.LogContainsExceptions(), row.isException) << row.action;
+    std::vector<LoggedEntry> expected;
+    if (!row.bytes.empty()) {
+      expected.push_back({FromUtf8(row.bytes.substr(0, row.bytes.size() - 2)), row.action});
+    }
+    EXPECT_EQ(recorder.entries, expected);
+  }
+}
+
+TEST_F(LogTest, EntriesAreMadeOneLineUnlessExact) {
+  struct Row {
+    TextView entry;
+    std::string normal;
+  };
+  const Row rows[] = {
+      {u"a\r\nb", "a: b"},
+      {u"x\t\ty", "x y"},
+      {u"a\r\n\r\n\r\nb", "a: b"},
+      {u"a\r\rb", "a: b"},
+      {u"a\n\nb", "ab"},
+      {u"a\n\rb", "a: b"},
+      {u"a\r\r\nb", "a: : b"},
+      {u"\r\na", ": a"},
+      {u"a\r\n", "a"},
+      {u"a\n\r\r\n\n", "a"},
+      {u"a \r\n", "a "},
+      {u"a\t\r\n", "a "},
+      {u"a\r\n\t", "a:  "},
+      {u"\t", " "},
+      {u" ", " "},
+      {u"a\t \tb", "a   b"},
+      {u"caf\u00E9 \u20AC \u65E5", "caf\xE9 \x80 ?"},
+  };
+  for (const Row& row : rows) {
+    EXPECT_EQ(Added(row.entry, logNormal), row.normal + "\r\n") << ToUtf8(row.entry);
+    EXPECT_EQ(Added(row.entry, logExact), ToCodePage(fake.locale, row.entry) + "\r\n");
+    EXPECT_EQ(Added(row.entry, logException), "* Warning: " + row.normal + "\r\n");
+  }
+}
+
+TEST_F(LogTest, AnEntryOfLineEndsAloneIsNotWritten) {
+  EntryRecorder recorder(log);
+  for (const TextView entry : {u"\r\n", u"\n", u"\r\r\n\n"}) {
+    EXPECT_EQ(Added(entry, logNormal), "");
+    EXPECT_TRUE(recorder.entries.empty());
+  }
+  EXPECT_EQ(Added(u"\r\n", logExact), "\r\n\r\n");
+  EXPECT_EQ(Added(u"\r\n", logException), "* Warning: \r\n");
+}
+
+TEST_F(LogTest, DeliberateAnEmptyEntryIsNotWrittenWhateverTheAction) {
+  Initialise(kNoBound, true);
+  EntryRecorder recorder(log);
+  for (const std::int32_t action : {0, 1, 4, 5}) {
+    log.AddEntry(u"", static_cast<ELogAction>(action));
+    EXPECT_FALSE(log.LogContainsExceptions());
+  }
+  for (const ELogAction action : {logException, logExceptionError}) {
+    CLog fresh(fake.platform);
+    fresh.Initialise(kLogPath, kNoBound, true, true, u"");
+    fresh.AddEntry(u"", action);
+    EXPECT_TRUE(fresh.LogContainsExceptions()) << "an empty warning counts as one";
+  }
+  EXPECT_EQ(Bytes(), "(missing)");
+  EXPECT_TRUE(recorder.entries.empty());
+}
+
+TEST_F(LogTest, DeliberateTheTabsOfAWarningWithItsErrorBecomeBlanks) {
+  EXPECT_EQ(Added(u"entry", logExceptionError), "* Warning: entry Error: 0 \r\n");
+  EXPECT_EQ(Added(u"entry\r\n", logExceptionError), "* Warning: entry:  Error: 0 \r\n");
+}
+
+TEST_F(LogTest, ADiagnosticEntryIsMadeOneLine) {
+  Initialise(kNoBound, true);
+  EXPECT_EQ(Added(u"a\r\nb\tc", logDiagnostic), "a: b c\r\n");
+}
+
+TEST_F(LogTest, EntriesAreAppendedWithoutAStart) {
+  fake.files.Replace(kLogPath, "before");
+  log.AddEntry(u"one", logNormal);
+  log.AddEntry(u"two", logExact);
+  EXPECT_EQ(Bytes(), "beforeone\r\ntwo\r\n");
+}
+
+// --- The error that the caller is handling ---------------------------------------------------------------
+
+/// What a warning says when `raise` has raised what is being handled.
+template <typename Raise>
+std::string WarningWhileHandling(CLog& log, test::FakePlatform& fake, Raise raise) {
+  fake.files.Replace(kLogPath, "");
+  try {
+    raise();
+  } catch (...) {
+    log.AddEntry(u"entry", logExceptionError);
+  }
+  return fake.files.Content(kLogPath);
+}
+
+TEST_F(LogTest, AWarningTellsTheErrorThatIsBeingHandled) {
+  const auto warning = [this](auto raise) { return WarningWhileHandling(log, fake, raise); };
+  EXPECT_EQ(warning([] { throw LibraryError(kPathNotFound); }),
+            "* Warning: entry Error: 76 Path not found\r\n");
+  EXPECT_EQ(warning([] { throw LibraryError(-2147220991, u"source", u"two\r\nlines\tof \u00E9\r\n"); }),
+            "* Warning: entry Error: -2147220991 two: lines of \xE9\r\n");
+  EXPECT_EQ(warning([] { throw std::runtime_error("host"); }),
+            "* Warning: entry Error: -2147467259 host\r\n");
+  EXPECT_EQ(warning([] { throw std::bad_alloc(); }), "* Warning: entry Error: 7 Out of memory\r\n");
+  EXPECT_EQ(warning([] { throw std::length_error("x"); }), "* Warning: entry Error: 7 Out of memory\r\n");
+  EXPECT_EQ(warning([] { throw 42; }), "* Warning: entry Error: -2147467259 \r\n");
+}
+
+TEST_F(LogTest, TheInnermostErrorIsTold) {
+  try {
+    throw LibraryError(kOverflow);
+  } catch (const LibraryError&) {
+    EXPECT_EQ(WarningWhileHandling(log, fake, [] { throw LibraryError(kDiskFull); }),
+              "* Warning: entry Error: 61 Disk full\r\n");
+    log.AddEntry(u"outer", logExceptionError);
+    EXPECT_TRUE(Bytes().ends_with("* Warning: outer Error: 6 Overflow\r\n"));
+  }
+}
+
+TEST_F(LogTest, TheCallersErrorIsStillItsOwnAfterwards) {
+  log.Initialise(u"/nowhere/host.log", kNoBound, false, true, u"");
+  log.EntryLogged.Connect([](TextView, ELogAction) { throw LibraryError(kOverflow); });
+  try {
+    try {
+      throw LibraryError(kTypeMismatch, u"Host.Work", u"own");
+    } catch (const LibraryError&) {
+      for (const ELogAction action : {logNormal, logException, logExceptionError}) log.AddEntry(u"x", action);
+      throw;
+    }
+  } catch (const LibraryError& error) {
+    EXPECT_EQ(error.Number(), 13);
+    EXPECT_EQ(error.Source(), u"Host.Work");
+    EXPECT_EQ(error.Description(), u"own");
+  }
+}
+
+// --- Banners ---------------------------------------------------------------------------------------------
+
+TEST_F(LogTest, ALoggingPeriodHasABannerAtBothEnds) {
+  EntryRecorder recorder(log);
+  fake.process.seconds = 1000.25;
+  log.StartLogging();
+  log.AddEntry(u"entry", logNormal);
+  fake.process.seconds = 1012.5;
+  log.StopLogging();
+  EXPECT_EQ(Bytes(), test::kBanner + "entry\r\n \r\nLog stopped. Time from log start = 12.3 secs\r\n \r\n");
+  const Text rule = FromUtf8(test::kRule);
+  EXPECT_EQ(recorder.entries, (std::vector<LoggedEntry>{{rule, 1},
+                                                        {u"TITLE", 1},
+                                                        {u"Log started at 09:05 21/11/2026", 1},
+                                                        {rule, 1},
+                                                        {u"entry", 1},
+                                                        {u" ", 1},
+                                                        {u"Log stopped. Time from log start = 12.3 secs", 1},
+                                                        {u" ", 1}}));
+}
+
+TEST_F(LogTest, DeliberateTheTabBeforeTheDateIsABlankInTheFile) {
+  log.StartLogging();
+  EXPECT_EQ(Bytes().find('\t'), std::string::npos);
+  EXPECT_NE(Bytes().find("Log started at 09:05 21/11/2026\r\n"), std::string::npos);
+}
+
+/// The elapsed time that is written for two readings of the clock.
+class ElapsedTimeTest : public LogTest {
+ protected:
+  std::string Elapsed(double start, double stop) {
+    fake.files.Replace(kLogPath, "");
+    fake.process.seconds = start;
+    log.StartLogging();
+    fake.process.seconds = stop;
+    log.StopLogging();
+    const std::string before = "Log stopped. Time from log start = ";
+    const std::string bytes = Bytes();
+    const std::size_t at = bytes.find(before) + before.size();
+    return bytes.substr(at, bytes.find(" secs\r\n", at) - at);
+  }
+};
+
+TEST_F(ElapsedTimeTest, ElapsedTimeHasOneDecimalAndRoundsAHalfAwayFromZero) {
+  struct Row {
+    double elapsed;
+    std::string text;
+  };
+  const Row rows[] = {
+      {0, "0.0"},
+      {12, "12.0"},
+      {0.04, "0.0"},
+      {0.05, "0.1"},
+      {0.15, "0.2"},
+      {0.25, "0.3"},
+      {0.35, "0.4"},
+      {1.45, "1.5"},
+      {2.449999, "2.4"},
+      {0.95, "1.0"},
+      {9.95, "10.0"},
+      {86399.95, "86400.0"},
+      {-0.05, "-0.1"},
+      {-0.25, "-0.3"},
+      {-0.04, "0.0"},
+      {-86399.9, "-86399.9"},
+      {1e-9, "0.0"},
+      {4096.123456, "4096.1"},
+      {1e15, "1000000000000000.0"},
+  };
+  fake.locale.decimalSeparator = u',';
+  for (const Row& row : rows) EXPECT_EQ(Elapsed(0, row.elapsed), row.text) << row.elapsed;
+}
+
+TEST_F(ElapsedTimeTest, TheDifferenceOfTheReadingsIsRoundedByItsDecimalValue) {
+  EXPECT_EQ(Elapsed(50000.1, 50000.25), "0.2") << "0.15 but for what the readings cannot hold";
+  EXPECT_EQ(Elapsed(0.1, 0.35), "0.3");
+}
+
+TEST_F(ElapsedTimeTest, DeliberateAPeriodThatSpansMidnightHasANegativeTime) {
+  EXPECT_EQ(Elapsed(86399, 1), "-86398.0");
+}
+
+TEST_F(ElapsedTimeTest, StoppingWithoutAStartCountsFromMidnight) {
+  fake.process.seconds = 3600.5;
+  log.StopLogging();
+  EXPECT_EQ(Bytes(), " \r\nLog stopped. Time from log start = 3600.5 secs\r\n \r\n");
+}
+
+TEST_F(ElapsedTimeTest, EachStartBeginsTheTimeAnew) {
+  EXPECT_EQ(Elapsed(10, 20), "10.0");
+  EXPECT_EQ(Elapsed(30, 31), "1.0");
+  log.StopLogging();
+  EXPECT_TRUE(Bytes().ends_with(
+      "start = 1.0 secs\r\n \r\n \r\nLog stopped. Time from log start = 1.0 secs\r\n \r\n"));
+}
+
+TEST_F(LogTest, StartingForgetsWarnings) {
+  for (const bool appends : {true, false}) {
+    Initialise(kNoBound, false, appends);
+    log.AddEntry(u"x", logException);
+    EXPECT_TRUE(log.LogContainsExceptions());
+    log.StartLogging();
+    EXPECT_FALSE(log.LogContainsExceptions());
+  }
+  log.AddEntry(u"x", logExceptionError);
+  log.AddEntry(u"x", logNormal);
+  log.StopLogging();
+  EXPECT_TRUE(log.LogContainsExceptions());
+}
+
+// --- View and Text ---------------------------------------------------------------------------------------
+
+TEST_F(LogTest, ViewAsksTheDesktopAndIgnoresWhatComesOfIt) {
+  for (const std::int32_t result : {33, 2, 0}) {
+    fake.desktop.openResult = result;
+    EXPECT_TRUE(log.View(u"not used"));
+  }
+  ASSERT_EQ(fake.desktop.openedDocuments.size(), 3u);
+  const DocumentRequest& request = fake.desktop.openedDocuments.front();
+  EXPECT_EQ(request.document, kLogPath);
+  EXPECT_EQ(request.verb, u"open");
+  EXPECT_EQ(request.parameters, u"0");
+  EXPECT_EQ(request.folder, u"0");
+  EXPECT_EQ(request.showMode, 5);
+  EXPECT_FALSE(request.ownedByDesktop);
+  EXPECT_TRUE(fake.desktop.messages.empty());
+}
+
+TEST_F(LogTest, DeliberateViewFailsInSilence) {
+  class FailingDesktop : public test::RecordingDesktop {
+    std::int32_t OpenDocument(const DocumentRequest&) override { throw LibraryError(kDeviceInputOutput); }
+  };
+  FailingDesktop desktop;
+  Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);
+  CLog failing(platform);
+  failing.Initialise(kLogPath, kNoBound, false, true, u"");
+  EXPECT_FALSE(failing.View(u"a message"));
+  EXPECT_TRUE(desktop.messages.empty());
+}
+
+TEST_F(LogTest, TextIsTheFileWithoutOneLineEnd) {
+  EXPECT_EQ(log.Text(), u"") << "missing";
+  log.AddEntry(u"one", logNormal);
+  log.AddEntry(u"caf\u00E9\r\n", logExact);
+  EXPECT_EQ(log.Text(), u"one\r\ncaf\u00E9\r\n");
+  fake.files.Replace(kLogPath, "");
+  EXPECT_EQ(log.Text(), u"") << "empty";
+  EXPECT_TRUE(fake.desktop.messages.empty());
+}
+
+}  // namespace
+}  // namespace vorquill21
