@@ -129,7 +129,7 @@ TEST_F(CInterpolateTest, ANodeGivesItsOwnValueAndTheLastOneIsReachedFromItsLeft)
   EXPECT_EQ(Linear(eInterpClip, std::vector<double>{0, 2, 4, 8}, std::vector<double>{1, 2, 5, 9}, 8), 9);
 }
 
-TEST_F(CInterpolateTest, DeliberateOtherBehavioursGiveZeroOutside) {
+TEST_F(CInterpolateTest, DeliberateOneDLinearInterpolateGivesZeroOutsideForOtherBehaviours) {
   const std::vector<double> x{1, 2, 3};
   const std::vector<double> y{2.2, 10.5, 30.5};
   for (const int behaviour : {2, -1}) {
@@ -260,8 +260,6 @@ TEST_F(CInterpolateTest, FitsAndEvaluatesACurve) {
   EXPECT_EQ(coefficients, From(1, {37.5, -50, 15, 0}));
   EXPECT_NEAR(deviation, 6.455, 0.0005);
   EXPECT_EQ(interpolate.OneDPolynomialInterpolate(2.5, coefficients), 6.25);
-  interpolate.OneDPolynomialFit(From(3, {1, 2, 3, 4}), From(3, {0, 5, 15, 80}), 0, coefficients);
-  EXPECT_EQ(coefficients, From(1, {0, 0, 0, 0}));
 }
 
 TEST_F(CInterpolateTest, FitsAndEvaluatesASurface) {
@@ -277,6 +275,42 @@ TEST_F(CInterpolateTest, FitsAndEvaluatesASurface) {
   EXPECT_EQ(coefficients, plane);
   EXPECT_EQ(deviation, 0.0);
   EXPECT_EQ(interpolate.TwoDPolynomialInterpolate(10, 100, coefficients), 532);
+}
+
+TEST_F(CInterpolateTest, DeliberateOneDPolynomialFitOfOrderZeroFitsNothing) {
+  BoundedArray<double> coefficients;
+  double deviation = 77.0;
+  interpolate.OneDPolynomialFit(From(3, {1, 2, 3, 4}), From(3, {0, 5, 15, 80}), 0, coefficients, &deviation);
+  EXPECT_EQ(coefficients, From(1, {0, 0, 0, 0}));
+  EXPECT_EQ(deviation, 0.0);
+}
+
+TEST_F(CInterpolateTest, DeliberateOneDPolynomialFitGivesAnElementForEachPoint) {
+  BoundedArray<double> coefficients;
+  interpolate.OneDPolynomialFit(From(0, {0, 1, 2, 3, 4}), From(0, {1, 3, 5, 7, 9}), 1, coefficients);
+  EXPECT_EQ(coefficients, From(1, {1, 2, 0, 0, 0}));
+  EXPECT_EQ(interpolate.OneDPolynomialInterpolate(10, coefficients), 21);
+}
+
+TEST_F(CInterpolateTest, DeliberateOneDPolynomialFitDividesByOneLessThanThePointsWhateverTheOrder) {
+  BoundedArray<double> coefficients;
+  double deviation = 0.0;
+  interpolate.OneDPolynomialFit(From(0, {0, 1, 2}), From(0, {0, 1, 0}), 1, coefficients, &deviation);
+  EXPECT_EQ(deviation, std::sqrt((2.0 / 3.0) / 2.0));
+}
+
+TEST_F(CInterpolateTest, DeliberateOneDPolynomialInterpolateLeavesOutTheElementAtIndexZero) {
+  EXPECT_EQ(interpolate.OneDPolynomialInterpolate(3, From(0, {99, 1, 2})), 7);
+  EXPECT_EQ(interpolate.OneDPolynomialInterpolate(3, From(-1, {99, 99})), 0);
+}
+
+TEST_F(CInterpolateTest, DeliberateTwoDPolynomialFitTakesThePowerOfYAsFirstIndex) {
+  BoundedArray<double> coefficients;
+  const std::vector<double> x{0, 1, 0};
+  const std::vector<double> y{0, 0, 1};
+  interpolate.TwoDPolynomialFit(x, y, std::vector<double>{2, 5, 7}, 1, coefficients);
+  EXPECT_EQ(coefficients(1, 0), 5);
+  EXPECT_EQ(coefficients(0, 1), 3);
 }
 
 TEST_F(CInterpolateTest, SelfTestPasses) {
