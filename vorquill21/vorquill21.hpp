@@ -3,7 +3,9 @@
 /// The one header that a host needs: every class of the library and the types that they speak in.
 
 #include "vorquill21/files/file.hpp"
+#include "vorquill21/files/os_utils.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
+#include "vorquill21/frame/main.hpp"
 #include "vorquill21/frame/types/array_view.hpp"
 #include "vorquill21/frame/types/bounded_array.hpp"
 #include "vorquill21/frame/types/failed_tests.hpp"
@@ -13,6 +15,8 @@
 #include "vorquill21/frame/types/variant.hpp"
 #include "vorquill21/import/import_column_data.hpp"
 #include "vorquill21/interpolate/interpolate.hpp"
+#include "vorquill21/log/log.hpp"
+#include "vorquill21/log/log_event.hpp"
 #include "vorquill21/numeric/geometry.hpp"
 #include "vorquill21/numeric/math_utils.hpp"
 #include "vorquill21/numeric/statistics.hpp"

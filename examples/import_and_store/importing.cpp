@@ -37,11 +37,14 @@ bool CheckAscending(const CMathUtils& utils, const Variant& values, TextView nam
   return isAscending;
 }
 
-void SayImport(bool isImported, const CImportColumnData& import, const Text& status) {
+void SayImport(const Session& session, bool isImported, const CImportColumnData& import, const Text& status) {
+  const Text name = session.library.LibFile()->ParseFileName(import.Filepath());
   if (!isImported) {
     Say(u"refused: " + status);
+    session.Log().AddEntry(Text(name).append(u" was not imported"), logException);
     return;
   }
+  session.Log().AddEntry(Text(name).append(u" was imported"), logNormal);
   Say(Shown(import.DataRowCount()) + u" rows of " + Shown(import.ColumnCount()) + u" columns");
   if (!status.empty()) Say(u"noted: " + status);
 }
@@ -58,23 +61,23 @@ Text RowText(const CImportColumnData& import, std::int32_t row) {
 
 }  // namespace
 
-Calibration ImportCalibration(Platform& platform, TextView folder, Expectations& expectations,
+Calibration ImportCalibration(const Session& session, TextView folder, Expectations& expectations,
                               bool& isUsable) {
   constexpr std::int32_t kLoad = 0;
   constexpr std::int32_t kDeflection = 1;
   SayTitle(u"Import: load-cell-calibration.txt, with the importer's stored settings");
-  CImportColumnData import(platform);
+  CImportColumnData import(session.platform);
   import.SettingsReadFromRegistry();
   import.Filepath(Text(folder).append(u"/load-cell-calibration.txt"));
   Text status;
   isUsable = import.Import(&status);
-  SayImport(isUsable, import, status);
+  SayImport(session, isUsable, import, status);
   constexpr std::int32_t kPoints = Calibration::kRuns * Calibration::kPointsPerRun;
   isUsable = isUsable && import.ColumnCount() == 2 && import.DataRowCount() == kPoints;
   expectations.Expect(isUsable, u"two columns of forty points");
   if (!isUsable) return {};
 
-  const CMathUtils utils(platform);
+  const CMathUtils& utils = *session.library.LibMathUtils();
   const Calibration calibration{import.ColumnData(kLoad), import.ColumnData(kDeflection)};
   CheckBounds(utils, import, kLoad, 0, 3000001, 0, expectations);
   CheckBounds(utils, import, kDeflection, 0, 2, 4, expectations);
@@ -88,23 +91,23 @@ Calibration ImportCalibration(Platform& platform, TextView folder, Expectations&
   return calibration;
 }
 
-void ImportFaultyColumns(Platform& platform, TextView folder, Expectations& expectations) {
+void ImportFaultyColumns(const Session& session, TextView folder, Expectations& expectations) {
   SayTitle(u"Import: faulty-columns.txt, separated by semicolons");
-  CImportColumnData import(platform);
+  CImportColumnData import(session.platform);
   import.Filepath(Text(folder).append(u"/faulty-columns.txt"));
   import.Delimiter(u";");
   import.HeaderRow(1);
   import.FirstValueRow(2);
   Text status;
   const bool isImported = import.Import(&status);
-  SayImport(isImported, import, status);
+  SayImport(session, isImported, import, status);
   expectations.Expect(isImported && import.DataRowCount() == 4,
                       u"four rows before the line that is too short");
   for (std::int32_t row = 0; row < import.DataRowCount(); ++row) Say(u"read: " + RowText(import, row));
   Say(u"refused: line " + Shown(import.FirstValueRow() + import.DataRowCount()) +
       u", which has fewer fields than the header, and everything after it");
 
-  const CMathUtils utils(platform);
+  const CMathUtils& utils = *session.library.LibMathUtils();
   CheckBounds(utils, import, 2, 15, 30, 2, expectations);
   CheckBounds(utils, import, 3, 0, 10, 1, expectations);
   expectations.Expect(CheckAscending(utils, import.ColumnData(0), u"Time"), u"the times ascend");
@@ -112,7 +115,7 @@ void ImportFaultyColumns(Platform& platform, TextView folder, Expectations& expe
   import.Filepath(Text(folder).append(u"/no-such-file.txt"));
   const bool isMissingImported = import.Import(&status);
   Say(u"no-such-file.txt:");
-  SayImport(isMissingImported, import, status);
+  SayImport(session, isMissingImported, import, status);
   expectations.Expect(!isMissingImported && import.DataRowCount() == 4, u"a failure keeps the last columns");
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "report.hpp"
+#include "session.hpp"
 #include "vorquill21/vorquill21.hpp"
 
 namespace example {
@@ -16,11 +17,10 @@ struct Calibration {
 
 /// Imports the calibration with the importer's stored settings and checks it; `isUsable` tells whether it can
 /// be worked with.
-Calibration ImportCalibration(vorquill21::Platform& platform, vorquill21::TextView folder,
-                              Expectations& expectations, bool& isUsable);
+Calibration ImportCalibration(const Session& session, vorquill21::TextView folder, Expectations& expectations,
+                              bool& isUsable);
 
 /// Imports a file that somebody damaged and shows what comes of each fault.
-void ImportFaultyColumns(vorquill21::Platform& platform, vorquill21::TextView folder,
-                         Expectations& expectations);
+void ImportFaultyColumns(const Session& session, vorquill21::TextView folder, Expectations& expectations);
 
 }  // namespace example

@@ -1,9 +1,10 @@
 // A host without windows: imports measured columns, checks them, stores them in a data file, reads that back,
-// and tells what was refused and why.
+// tells what was refused and why, logs what it does, and runs the library's self-tests.
 //
 //   import_and_store [DATA_FOLDER [OUTPUT_FOLDER]]
 //
-// The data are looked for beside the program, and the file is written there, unless other folders are named.
+// The data are looked for beside the program, and file and log are written there, unless other folders are
+// named.
 // The exit code is 0 when everything was as it must be.
 
 #include <cstdlib>
@@ -14,6 +15,7 @@
 
 #include "importing.hpp"
 #include "report.hpp"
+#include "session.hpp"
 #include "session_settings.hpp"
 #include "storing.hpp"
 #include "terminal_desktop.hpp"
@@ -22,23 +24,50 @@ namespace {
 
 using namespace vorquill21;
 
+void ImportAndStore(const example::Session& session, TextView dataFolder, TextView outputFolder,
+                    example::Expectations& expectations) {
+  bool isUsable = false;
+  const example::Calibration calibration =
+      example::ImportCalibration(session, dataFolder, expectations, isUsable);
+  example::ImportFaultyColumns(session, dataFolder, expectations);
+  if (!isUsable) return;
+  const Text path = Text(outputFolder).append(u"/calibration.txt");
+  example::StoreCalibration(session, calibration, path, expectations);
+  example::ReadCalibrationBack(session, calibration, path, expectations);
+}
+
+/// Does `work` within a logging period and mirrors what is logged between the banners.
+template <typename Work>
+void WithLog(CLog& log, TextView path, Work work) {
+  constexpr std::int32_t kMaxFileChars = 100'000;
+  log.Initialise(path, kMaxFileChars, /*abLogDiagnostics=*/false, /*abAppendEntries=*/false,
+                 u"import_and_store");
+  log.StartLogging();
+  const auto mirror = log.EntryLogged.Connect(
+      [](TextView message, ELogAction) { example::Say(Text(u"[log] ").append(message)); });
+  work();
+  log.EntryLogged.Disconnect(mirror);
+  log.StopLogging();
+}
+
 void Run(TextView dataFolder, TextView outputFolder, example::Expectations& expectations) {
   Platform& native = Platform::Native();
   example::TerminalDesktop desktop;
   example::SessionSettings settings;
   Platform platform(native.GetFiles(), desktop, native.GetLocale(), native.GetProcess(), settings);
+  const example::Session session(platform);
 
-  bool isUsable = false;
-  const example::Calibration calibration =
-      example::ImportCalibration(platform, dataFolder, expectations, isUsable);
-  example::ImportFaultyColumns(platform, dataFolder, expectations);
-  if (isUsable) {
-    const Text path = Text(outputFolder).append(u"/calibration.txt");
-    example::StoreCalibration(platform, calibration, path, expectations);
-    example::ReadCalibrationBack(platform, calibration, path, expectations);
-  }
+  WithLog(session.Log(), Text(outputFolder).append(u"/import_and_store.log"),
+          [&] { ImportAndStore(session, dataFolder, outputFolder, expectations); });
+
+  example::SayTitle(u"Self-tests");
+  constexpr std::int32_t kRunAndReport = 2;
+  session.library.Initialise(BoundedArray<Variant>(std::vector<Variant>{kRunAndReport}));
 
   example::SayTitle(u"Summary");
+  const Variant lines = session.library.LibString()->SplitMulti(session.Log().Text(), u"\r\n");
+  example::Say(u"the log has " + example::Shown(ArrayBounds(lines).upper + 1) + u" lines" +
+               (session.Log().LogContainsExceptions() ? u", warnings among them" : u""));
   example::Say(example::Shown(desktop.MessageCount()) + u" message boxes were shown");
   example::Say(expectations.AllHold() ? u"everything was as it must be" : u"something was not as it must be");
 }

@@ -52,10 +52,10 @@ bool PagesAreEqual(const BoundedArray<double>& stored, const Variant& read) {
 
 }  // namespace
 
-void StoreCalibration(Platform& platform, const Calibration& calibration, TextView path,
+void StoreCalibration(const Session& session, const Calibration& calibration, TextView path,
                       Expectations& expectations) {
   SayTitle(u"Store: calibration.txt, version " + Text(kVersion));
-  CFileStream stream(platform);
+  CFileStream& stream = *session.library.LibFilestream();
   stream.Initialise(kVersion, Versions({u"CALIBRATION 1.1"}));
   stream.AddField(u"INSTRUMENT", u"Load cell");
   stream.AddField(u"UNITS", Versions({u"lbf", u"indicator units"}));
@@ -69,6 +69,7 @@ void StoreCalibration(Platform& platform, const Calibration& calibration, TextVi
 
   expectations.Expect(stream.FileWrite(path), u"the file is written");
   Say(u"written: 3 fields, a table, and a table of 2 pages");
+  session.Log().AddEntry(u"calibration.txt was written", logNormal);
   try {
     stream.FileWrite(Text(path).append(u"/below a file"));
     expectations.Expect(false, u"a file below a file is refused");
@@ -77,10 +78,10 @@ void StoreCalibration(Platform& platform, const Calibration& calibration, TextVi
   }
 }
 
-void ReadCalibrationBack(Platform& platform, const Calibration& calibration, TextView path,
+void ReadCalibrationBack(const Session& session, const Calibration& calibration, TextView path,
                          Expectations& expectations) {
   SayTitle(u"Read back: calibration.txt");
-  CFileStream stream(platform);
+  CFileStream stream(session.platform);
   stream.Initialise(kVersion, Versions({u"CALIBRATION 1.1"}));
   expectations.Expect(stream.FileRead(path), u"the file is read");
   Say(u"version " + stream.FileVersion() + u", number " + stream.FileVersionNumber());
@@ -96,6 +97,12 @@ void ReadCalibrationBack(Platform& platform, const Calibration& calibration, Tex
   const Variant readRuns = stream.GetTable3d(u"RUNS", kLastPoint, 1, Calibration::kRuns);
   expectations.Expect(readRuns.IsArray() && PagesAreEqual(runs, readRuns), u"the pages are what was stored");
   if (expectations.AllHold()) Say(u"both tables are what was stored, to the last bit");
+  try {
+    Say(u"units as a number: " + Shown(stream.GetFieldString(u"UNITS").As<double>()));
+    expectations.Expect(false, u"a list of texts is no number");
+  } catch (const LibraryError&) {
+    session.Log().AddEntry(u"the units are no number", logExceptionError);
+  }
   expectations.Expect(stream.GetTable2d(u"NOWHERE").IsEmpty(), u"a missing table is empty");
   const Variant thirdPage = stream.GetTable3d(u"RUNS", kLastPoint, 1, Calibration::kRuns + 1);
   expectations.Expect(thirdPage == Variant(false), u"a missing page is refused");

@@ -2,35 +2,28 @@
 
 #include <gtest/gtest.h>
 
-#include <string>
+#include <algorithm>
 #include <vector>
 
-#include "tests/support/fake_platform.hpp"
+#include "tests/frame/installed_library.hpp"
+#include "tests/support/faulty_platform.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21::test {
 namespace {
 
-constexpr TextView kReferenceFile = u"\\self test\\3d ref.txt";
+/// What fails where no file can be written, in the order of the classes.
+const FailedTests kNeedingFiles{u"ListFilesMathchingType", u"",
+                                u"SelfTest_DirMake",       u"SelfTest_Main",
+                                u"SelfTest_ReadWrite",     u"SelfTest_IsCompatibleVersion",
+                                u"SelfTest_3dTable"};
 
-/// A fake platform whose library folder holds what an installation puts there.
-struct InstalledLibrary : FakePlatform {
-  InstalledLibrary() {
-    Platform& native = Platform::Native();
-    const Text reference = native.GetProcess().LibraryFolder().append(kReferenceFile);
-    files.MakeFolder(process.libraryFolder + u"\\self test");
-    files.Replace(Text(process.libraryFolder).append(kReferenceFile),
-                  ReadWholeFile(native.GetFiles(), reference));
-  }
-};
-
-/// Refuses whatever would change a file or a folder.
-class ReadOnlyFiles : public MemoryFiles {
- public:
-  void Replace(TextView, std::string_view) override { throw LibraryError(kPermissionDenied); }
-  void Append(TextView, std::string_view) override { throw LibraryError(kPermissionDenied); }
-  void MakeFolder(TextView) override { throw LibraryError(kPathFileAccess); }
-};
+std::vector<Text> NamesIn(Files& files, TextView folder) {
+  std::vector<Text> names;
+  for (const DirectoryEntry& entry : files.List(Text(folder).append(u"\\*"))) names.push_back(entry.name);
+  std::ranges::sort(names);
+  return names;
+}
 
 class SelfTestsTest : public testing::TestWithParam<char16_t> {};
 
@@ -57,6 +50,19 @@ TEST(SelfTestsTest, AllPassOnTheRealPlatform) {
   EXPECT_TRUE(MSupport::RunAllSelfTests(platform, failedTests));
   EXPECT_EQ(failedTests, FailedTests());
   EXPECT_EQ(desktop.beeps, 0);
+  const Text folder = native.GetProcess().LibraryFolder().append(u"\\self test");
+  EXPECT_EQ(NamesIn(native.GetFiles(), folder), (std::vector<Text>{u"3d ref.txt", u"3d try.txt"}));
+}
+
+TEST(SelfTestsTest, TheCopyOfTheReferenceFileIsAllThatTheyLeave) {
+  InstalledLibrary library;
+  for (int run = 0; run < 2; ++run) {
+    FailedTests failedTests;
+    EXPECT_TRUE(MSupport::RunAllSelfTests(library.platform, failedTests));
+    EXPECT_EQ(NamesIn(library.files, u"/library"), std::vector<Text>{u"self test"});
+    EXPECT_EQ(NamesIn(library.files, u"/library/self test"),
+              (std::vector<Text>{u"3d ref.txt", u"3d try.txt"}));
+  }
 }
 
 TEST(SelfTestsTest, MissingReferenceFileFailsOneCheckAndBeepsOnce) {
@@ -73,10 +79,50 @@ TEST(SelfTestsTest, ChecksThatFailAreListedInTheOrderOfTheClasses) {
   Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
   FailedTests failedTests{u"from an earlier run"};
   EXPECT_FALSE(MSupport::RunAllSelfTests(platform, failedTests));
-  EXPECT_EQ(failedTests,
-            FailedTests({u"ListFilesMathchingType", u"", u"SelfTest_DirMake", u"SelfTest_Main",
-                         u"SelfTest_ReadWrite", u"SelfTest_IsCompatibleVersion", u"SelfTest_3dTable"}));
+  EXPECT_EQ(failedTests, kNeedingFiles);
   EXPECT_EQ(fake.desktop.beeps, 1);
+}
+
+/// Names another library folder.
+class ProcessOfHost : public FixedProcess {
+ public:
+  explicit ProcessOfHost(Text folder) { libraryFolder = std::move(folder); }
+};
+
+TEST(SelfTestsTest, AHostMayNameAnotherFolder) {
+  InstalledLibrary library;
+  library.files.MakeFolder(u"/home");
+  library.Install(u"/home");
+  ProcessOfHost process(u"/home");
+  Platform platform(library.files, library.desktop, library.locale, process, library.settings);
+  FailedTests failedTests;
+  EXPECT_TRUE(MSupport::RunAllSelfTests(platform, failedTests));
+  EXPECT_EQ(NamesIn(library.files, u"/library/self test"), std::vector<Text>{u"3d ref.txt"});
+}
+
+TEST(SelfTestsTest, EveryFaultFailsChecksThatNeedFilesOrDoesNoHarm) {
+  int raised = 0;
+  const int faults = ForEachFault(kDeviceInputOutput, [&](FaultPlan& plan) {
+    InstalledLibrary library;
+    FaultyPlatform faulty(library.platform, plan);
+    FailedTests failedTests;
+    try {
+      const bool passed = MSupport::RunAllSelfTests(faulty.platform, failedTests);
+      EXPECT_EQ(passed, failedTests.empty());
+      EXPECT_EQ(library.desktop.beeps, passed ? 0 : 1);
+      for (const Text& name : failedTests) {
+        EXPECT_NE(std::ranges::find(kNeedingFiles, name), kNeedingFiles.end()) << ToUtf8(name);
+      }
+    } catch (const LibraryError& error) {
+      EXPECT_EQ(error.Number(), kDeviceInputOutput);
+      EXPECT_TRUE(library.files.FileIsThere(u"/library/self test/test log.txt"));
+      ++raised;
+    }
+    EXPECT_EQ(library.files.OpenReaders(), 0);
+    EXPECT_TRUE(library.desktop.messages.empty());
+  });
+  EXPECT_GT(faults, 40);
+  EXPECT_EQ(raised, 1) << "the log's file could not be deleted";
 }
 
 }  // namespace

@@ -65,7 +65,7 @@ TEST(CurveFitTest, CoefficientsAreTheExactOnesRoundedOnce) {
   }
 }
 
-TEST(CurveFitTest, DeliberateStandardDeviationDividesByOneLessThanThePoints) {
+TEST(CurveFitTest, StandardDeviationDividesByOneLessThanThePoints) {
   for (const CurveCase& expected : kCurveCases) {
     SCOPED_TRACE(expected.name);
     const Fit fit(expected.xs, expected.ys, expected.order);
@@ -112,7 +112,7 @@ TEST(CurveFitTest, CheckOfTheClassGivesItsValueExactly) {
   }
 }
 
-TEST(CurveFitTest, DeliberateOneElementForEachPointNotForEachTerm) {
+TEST(CurveFitTest, OneElementForEachPointNotForEachTerm) {
   const double xs[] = {0.0, 1.0, 2.0, 3.0, 4.0};
   const double ys[] = {1.0, 3.0, 5.0, 7.0, 9.0};
   const Fit fit(xs, ys, 1);
@@ -126,7 +126,7 @@ TEST(CurveFitTest, YIsReadAtTheIndicesOfX) {
   EXPECT_EQ(Fit(xs, ys, 1).coefficients, BoundedArray<double>({0.0, 2.0, 0.0}, 1));
 }
 
-TEST(CurveFitTest, DeliberateOrderZeroFitsNothing) {
+TEST(CurveFitTest, OrderZeroFitsNothing) {
   const double xs[] = {1.0, 2.0};
   const double ys[] = {5.0, 7.0};
   const Fit fit(xs, ys, 0);
@@ -329,7 +329,7 @@ TEST(CurveEvaluationTest, NothingUnderflowsOnTheWay) {
   EXPECT_EQ(EvaluateCurve(0x1p-600, coefficients), 0.0);
 }
 
-TEST(CurveEvaluationTest, DeliberateOverflowIsRaisedWhereverItHappens) {
+TEST(CurveEvaluationTest, OverflowIsRaisedWhereverItHappens) {
   BoundedArray<double> zeros(Bounds{1, 400});
   zeros(1) = 1.0;
   EXPECT_EQ(EvaluateCurve(5.0, zeros), 1.0);  // 5^399 is below the largest double

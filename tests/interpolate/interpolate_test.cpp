@@ -304,6 +304,13 @@ TEST_F(CInterpolateTest, DeliberateOneDPolynomialInterpolateLeavesOutTheElementA
   EXPECT_EQ(interpolate.OneDPolynomialInterpolate(3, From(-1, {99, 99})), 0);
 }
 
+TEST_F(CInterpolateTest, DeliberateOneDPolynomialInterpolateOverflowsInPowersOfCoefficientsThatAreZero) {
+  std::vector<double> coefficients(400, 0.0);
+  coefficients[0] = 1.0;
+  EXPECT_EQ(RaisedNumber([&] { interpolate.OneDPolynomialInterpolate(6, From(1, coefficients)); }), kOverflow);
+  EXPECT_EQ(interpolate.OneDPolynomialInterpolate(5, From(1, coefficients)), 1.0);
+}
+
 TEST_F(CInterpolateTest, DeliberateTwoDPolynomialFitTakesThePowerOfYAsFirstIndex) {
   BoundedArray<double> coefficients;
   const std::vector<double> x{0, 1, 0};

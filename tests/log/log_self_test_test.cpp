@@ -2,32 +2,25 @@
 
 #include "tests/log/log_fixture.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/self_test.hpp"
 
 namespace vorquill21 {
 namespace {
+
+VORQUILL21_OPEN_SELF_TEST(CLog);
 
 using test::FaultPlan;
 using test::ForEachFault;
 
 constexpr TextView kTestLog = u"/library/self test/test log.txt";
 
-/// An explicit instantiation may name a private member, and so hand it to a friend.
-template <auto kEntry>
-struct Opened {
-  friend void CallEntry(const CLog& log, FailedTests& failedTests) { (log.*kEntry)(failedTests); }
-};
-template struct Opened<&CLog::SelfTest_Main>;
-void CallEntry(const CLog& log, FailedTests& failedTests);
-
 FailedTests SelfTestOn(Platform& platform) {
-  FailedTests failedTests{u"earlier"};
-  CallEntry(CLog(platform), failedTests);
-  return failedTests;
+  return SelfTest(CLog(platform));
 }
 
 TEST(LogSelfTest, MakesItsFolderAndDeletesItsFile) {
   test::FakePlatform fake;
-  EXPECT_EQ(SelfTestOn(fake.platform), FailedTests{u"earlier"});
+  EXPECT_EQ(SelfTestOn(fake.platform), FailedTests());
   EXPECT_TRUE(fake.files.FolderExists(u"/library/self test"));
   EXPECT_FALSE(fake.files.FileIsThere(kTestLog));
 }
@@ -59,7 +52,7 @@ TEST(LogSelfTest, AddsEntriesOfEveryKindBetweenBanners) {
 TEST(LogSelfTest, DeliberateComparesNothing) {
   test::FakePlatform fake;
   fake.process.libraryFolder = u"/nowhere";
-  EXPECT_EQ(SelfTestOn(fake.platform), FailedTests{u"earlier"});
+  EXPECT_EQ(SelfTestOn(fake.platform), FailedTests());
 }
 
 TEST(LogSelfTest, FailsByTheErrorOfDeletingItsFileAlone) {
@@ -68,7 +61,7 @@ TEST(LogSelfTest, FailsByTheErrorOfDeletingItsFileAlone) {
     test::FakePlatform base;
     test::FaultyPlatform faulty(base.platform, plan);
     try {
-      EXPECT_EQ(SelfTestOn(faulty.platform), FailedTests{u"earlier"});
+      EXPECT_EQ(SelfTestOn(faulty.platform), FailedTests());
     } catch (const LibraryError& error) {
       EXPECT_EQ(error.Number(), kPermissionDenied);
       EXPECT_TRUE(base.files.FileIsThere(kTestLog));

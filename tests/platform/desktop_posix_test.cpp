@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "tests/platform/system_posix.hpp"
@@ -67,6 +68,12 @@ class PosixDesktopTest : public ::testing::Test {
     DocumentRequest request;
     request.document = document;
     return desktop_.OpenDocument(request);
+  }
+
+  /// True while a program that was started runs, or nobody has asked for its exit code.
+  static bool HasChild() {
+    siginfo_t child{};
+    return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == 0;
   }
 
   test::TemporaryFolder folder_;
@@ -189,6 +196,28 @@ TEST_F(PosixDesktopTest, TheExitCodeOfXdgOpenBecomesACodeOfTheShell) {
     MakeProgram("xdg-open", "", each.exitCode);
     EXPECT_EQ(Open(folder_.Below(u"a")), each.result) << each.exitCode;
   }
+}
+
+TEST_F(PosixDesktopTest, AProgramThatShowsADocumentIsNotWaitedFor) {
+  constexpr std::chrono::milliseconds kPatience(100);
+  PosixDesktop impatient(files_, calls_, kPatience);
+  DocumentRequest request;
+  request.document = folder_.Below(u"a");
+  WriteContent(At("a"), "x");
+  WriteContent(At("bin/xdg-open"),
+               "#!/bin/sh\nwhile [ ! -e '" + At("closed") + "' ]; do /bin/sleep 0.05; done\nexit 4\n");
+  ::chmod(At("bin/xdg-open").c_str(), 0755);
+  EXPECT_EQ(impatient.OpenDocument(request), 33);
+  EXPECT_TRUE(HasChild()) << "the program still shows the document";
+
+  WriteContent(At("closed"), "");
+  MakeProgram("xdg-open");
+  constexpr int kTries = 600;
+  for (int tries = 0; tries < kTries && HasChild(); ++tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(impatient.OpenDocument(request), 33);  // takes note of the end of the first one
+  }
+  EXPECT_FALSE(HasChild());
 }
 
 TEST_F(PosixDesktopTest, WhatCannotBeOpenedHasItsCodeWithoutXdgOpen) {

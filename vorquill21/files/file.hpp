@@ -127,7 +127,7 @@ class VORQUILL21_API CFile {
   friend class MSupport;
 
   /// Runs the checks of this class in the folder "self test" under the library folder, which it makes when it
-  /// is missing, and appends the name of each that fails. The file "delme.txt" stays there.
+  /// is missing, and appends the name of each that fails. No file stays there.
   void SelfTest_Main(FailedTests& aoFailedTests) const;
 
   Platform& platform_;

@@ -35,8 +35,9 @@ bool ReadsBackWhatWasWritten(const CFile& file, Platform& platform) {
   const Text path = Text(folder).append(u"delme.txt");
   file.DirMake(folder);
   Text readBack;
-  return file.FileWriteAsString(path, kLines) && file.FileReadAsString(path, readBack) &&
-         EqualIgnoringCase(readBack, kLines);
+  const bool isReadBack = file.FileWriteAsString(path, kLines) && file.FileReadAsString(path, readBack);
+  Succeeds([&] { platform.GetFiles().Delete(path); });
+  return isReadBack && EqualIgnoringCase(readBack, kLines);
 }
 
 bool MakesAFolder(const CFile& file, Platform& platform) {

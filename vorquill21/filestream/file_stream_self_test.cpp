@@ -24,12 +24,30 @@ Text InTestFolder(Platform& platform, TextView name) {
   return Text(folder).append(u"\\").append(name);
 }
 
+/// A file of the self-test folder, which is gone when the check is over.
+class ScratchFile {
+ public:
+  ScratchFile(Platform& platform, TextView name)
+      : files_(platform.GetFiles()), path_(InTestFolder(platform, name)) {}
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+  ~ScratchFile() {
+    Succeeds([this] { files_.Delete(path_); });
+  }
+
+  const Text& Path() const { return path_; }
+
+ private:
+  Files& files_;
+  Text path_;
+};
+
 void DeleteIfPresent(Platform& platform, TextView path) {
   if (CFile(platform).FileExists(path)) platform.GetFiles().Delete(path);
 }
 
 bool WritesAndReadsFieldsAndTables(Platform& platform) {
-  const Text path = InTestFolder(platform, u"filestream.tst");
+  const ScratchFile file(platform, u"filestream.tst");
   BoundedArray<double> table({0, 1}, {0, 2});
   std::ranges::copy(std::vector{1.0, 0.5, 2.0, 3.0, 0.0, 4.25}, table.Elements().begin());
 
@@ -38,17 +56,17 @@ bool WritesAndReadsFieldsAndTables(Platform& platform) {
   written.AddField(u"DESCRIPTION1", u"description1");
   written.AddField(u"DESCRIPTION2", u"description2");
   const bool tableAdded = written.AddTable2d(u"TABLE FIELD", table);
-  written.FileWrite(path);
+  written.FileWrite(file.Path());
 
   CFileStream read(platform);
-  return tableAdded && read.FileRead(path) &&
+  return tableAdded && read.FileRead(file.Path()) &&
          read.GetFieldString(u"DESCRIPTION1") == Variant(u"description1") &&
          read.GetFieldString(u"DESCRIPTION2") == Variant(u"description2") &&
          read.GetTable2d(u"TABLE FIELD") == Variant(table);
 }
 
 bool WritesAndReadsVersion(Platform& platform, TextView version) {
-  const Text path = InTestFolder(platform, u"filestream.tst");
+  const ScratchFile file(platform, u"filestream.tst");
   const BoundedArray<Variant> items = ArrayOf({u"item1", u"item2", u"item3", u"item4"});
 
   CFileStream written(platform);
@@ -58,10 +76,10 @@ bool WritesAndReadsVersion(Platform& platform, TextView version) {
   written.AddField(u"animal", u"elephant");
   written.AddField(u"items", items);
   written.AddField(u"letter", u"q");
-  written.FileWrite(path);
+  written.FileWrite(file.Path());
 
   CFileStream read(platform);
-  return read.FileRead(path) && read.FileVersion() == version &&
+  return read.FileRead(file.Path()) && read.FileVersion() == version &&
          read.GetFieldString(u"text") == Variant(u"1.2") && read.GetFieldNumber(u"number") == Variant(1.2) &&
          read.GetFieldString(u"animal") == Variant(u"elephant") &&
          read.GetFieldString(u"items") == Variant(items) && read.GetFieldString(u"letter") == Variant(u"q");
@@ -122,13 +140,13 @@ bool FillsGapsFromDefaults(Platform& platform) {
 
 bool AcceptsCompatibleVersions(Platform& platform) {
   const BoundedArray<Variant> compatible = ArrayOf({u"v1.1", u"v1.2", u"v1.3"});
-  const Text path = InTestFolder(platform, u"IsCompatVer.tst");
+  const ScratchFile file(platform, u"IsCompatVer.tst");
   CFileStream written(platform);
   written.Initialise(u"v2", compatible);
-  written.FileWrite(path);
+  written.FileWrite(file.Path());
   CFileStream read(platform);
   read.Initialise(u"v2", compatible);
-  if (!read.FileRead(path) || !read.IsCompatibleVersion(true)) return false;
+  if (!read.FileRead(file.Path()) || !read.IsCompatibleVersion(true)) return false;
 
   struct Row {
     TextView version;

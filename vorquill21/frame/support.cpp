@@ -3,6 +3,7 @@
 #include "vorquill21/files/file.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
 #include "vorquill21/interpolate/interpolate.hpp"
+#include "vorquill21/log/log.hpp"
 #include "vorquill21/numeric/geometry.hpp"
 #include "vorquill21/numeric/math_utils.hpp"
 #include "vorquill21/numeric/statistics.hpp"
@@ -20,6 +21,7 @@ bool MSupport::RunAllSelfTests(Platform& platform, FailedTests& aoFailedTests) {
   CInterpolate(platform).SelfTest_Main(aoFailedTests);
   CFile(platform).SelfTest_Main(aoFailedTests);
   CString(platform).SelfTest_Main(aoFailedTests);
+  CLog(platform).SelfTest_Main(aoFailedTests);
   CFileStream(platform).SelfTest_Main(aoFailedTests);
   if (aoFailedTests.empty()) return true;
   platform.GetDesktop().Beep();

@@ -27,7 +27,7 @@ template <typename Operation>
 void IgnoringEverything(Operation operation) noexcept {
   try {
     operation();
-  } catch (...) {  // NOLINT(bugprone-empty-catch)
+  } catch (...) {
   }
 }
 

@@ -109,12 +109,9 @@ std::optional<ShellResult> ReasonNotToOpen(FileCalls& calls, const std::string& 
   }
 }
 
-ShellResult Open(const std::string& document) {
-  // Without a desktop it might start a program that takes over the terminal.
-  if (!HasDisplay()) return kNoProgram;
-  const auto exitCode = RunProgram({"xdg-open", document});
-  if (!exitCode) return kNoProgram;
-  switch (*exitCode) {
+/// What the exit code of xdg-open means.
+ShellResult ResultOf(int exitCode) {
+  switch (exitCode) {
     case 0:
       return kOpened;
     case 1:
@@ -146,14 +143,27 @@ void PosixDesktop::Beep() {
   if (::isatty(STDERR_FILENO) == 1) WriteToStandardError("\a");
 }
 
+std::int32_t PosixDesktop::HandOver(const std::string& document) {
+  constexpr std::chrono::milliseconds kAtOnce(0);
+  std::erase_if(showing_, [](pid_t process) { return ExitCodeOf(process, kAtOnce).has_value(); });
+  // Without a desktop it might start a program that takes over the terminal.
+  if (!HasDisplay()) return kNoProgram;
+  const auto process = StartProgram({"xdg-open", document});
+  if (!process) return kNoProgram;
+  const auto exitCode = ExitCodeOf(*process, patience_);
+  if (exitCode) return ResultOf(*exitCode);
+  showing_.push_back(*process);
+  return kOpened;
+}
+
 std::int32_t PosixDesktop::OpenDocument(const DocumentRequest& request) {
-  if (IsAddress(request.document)) return Open(ForDisplay(request.document));
+  if (IsAddress(request.document)) return HandOver(ForDisplay(request.document));
   if (request.document.empty() || request.document.find(u'\0') != Text::npos) return kMissingFile;
   if (NamesDrive(request.document)) return kMissingPath;
   std::string path = SystemPath(request.document);
   if (const auto reason = ReasonNotToOpen(calls_, path)) return *reason;
   if (!path.starts_with('/')) path.insert(0, "./");  // never taken for an option
-  return Open(path);
+  return HandOver(path);
 }
 
 std::optional<Text> PosixDesktop::BrowseForFolder(std::int32_t, TextView title) {

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <thread>
 
 #include "vorquill21/platform/error_posix.hpp"
 
@@ -98,10 +99,12 @@ std::optional<pid_t> StartAndRead(const std::vector<std::string>& arguments, std
   return process;
 }
 
-int WaitForEnd(pid_t process) {
+/// The exit code of a process; nothing while it runs, which only happens with the option WNOHANG.
+std::optional<int> ExitCode(pid_t process, int options) {
   constexpr int kEndedBySignal = 128;
   int status = 0;
-  const pid_t ended = Uninterrupted([&] { return ::waitpid(process, &status, 0); });
+  const pid_t ended = Uninterrupted([&] { return ::waitpid(process, &status, options); });
+  if (ended == 0) return std::nullopt;
   // A host that ignores its children gets no exit codes.
   if (ended != process) return 0;
   return WIFEXITED(status) ? WEXITSTATUS(status) : kEndedBySignal + WTERMSIG(status);
@@ -109,11 +112,26 @@ int WaitForEnd(pid_t process) {
 
 }  // namespace
 
+std::optional<pid_t> StartProgram(const std::vector<std::string>& arguments) {
+  return Start(arguments, StartActions::kNowhere);
+}
+
+std::optional<int> ExitCodeOf(pid_t process, std::chrono::milliseconds patience) {
+  using Clock = std::chrono::steady_clock;
+  constexpr std::chrono::milliseconds kPause(5);
+  const Clock::time_point end = Clock::now() + patience;
+  for (;;) {
+    const std::optional<int> exitCode = ExitCode(process, WNOHANG);
+    if (exitCode || Clock::now() >= end) return exitCode;
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
 std::optional<int> RunProgram(const std::vector<std::string>& arguments, std::string* output) {
   const std::optional<pid_t> process =
-      output == nullptr ? Start(arguments, StartActions::kNowhere) : StartAndRead(arguments, *output);
+      output == nullptr ? StartProgram(arguments) : StartAndRead(arguments, *output);
   if (!process) return std::nullopt;
-  return WaitForEnd(*process);
+  return ExitCode(*process, 0);
 }
 
 }  // namespace vorquill21

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <sys/types.h>
+
+#include <chrono>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,5 +15,12 @@ namespace vorquill21 {
 /// is, up to its first NUL. Standard input is empty; standard output comes back in `output`, which takes
 /// until every process that inherited it has closed it, or is thrown away.
 std::optional<int> RunProgram(const std::vector<std::string>& arguments, std::string* output = nullptr);
+
+/// Starts a program in the same way, its standard output thrown away, and does not wait for its end. Whoever
+/// starts it asks for its exit code until there is one.
+std::optional<pid_t> StartProgram(const std::vector<std::string>& arguments);
+
+/// The exit code of a program, as RunProgram gives it, or nothing when it still runs after `patience`.
+std::optional<int> ExitCodeOf(pid_t process, std::chrono::milliseconds patience);
 
 }  // namespace vorquill21
