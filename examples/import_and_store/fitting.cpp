@@ -44,15 +44,15 @@ void CompareWithCertified(const Session& session, const CalibrationFit& fit, Tex
   const bool isRead = session.library.LibFile()->FileReadAsString(path, file);
   expectations.Expect(isRead, u"the header of the calibration is read");
   if (!isRead) return;
-  constexpr double kFifteenDigits = 1e-14;
+  constexpr double kTwelveDigits = 1e-12;  // what is left of decimal readings rounded to doubles
   bool allAgree = true;
   for (std::int32_t power = 0; power <= 2; ++power) {
     const double certified = Certified(file, power);
     Say(u"certified b" + Shown(power) + u" = " + Shown(certified));
-    allAgree = allAgree && std::abs(fit.coefficients(power + 1) / certified - 1.0) < kFifteenDigits;
+    allAgree = allAgree && std::abs(fit.coefficients(power + 1) / certified - 1.0) < kTwelveDigits;
   }
   expectations.Expect(allAgree, u"the coefficients agree with the certified ones");
-  if (allAgree) Say(u"order 2 agrees with all of them to the digits that they are given with");
+  if (allAgree) Say(u"order 2 agrees with all of them to twelve digits");
 }
 
 void LookAtResiduals(const Session& session, const CalibrationFit& fit, const std::vector<double>& loads,

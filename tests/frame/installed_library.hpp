@@ -1,6 +1,7 @@
 #pragma once
 
 #include "tests/support/fake_platform.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21::test {
 

@@ -307,7 +307,8 @@ TEST_F(CInterpolateTest, DeliberateOneDPolynomialInterpolateLeavesOutTheElementA
 TEST_F(CInterpolateTest, DeliberateOneDPolynomialInterpolateOverflowsInPowersOfCoefficientsThatAreZero) {
   std::vector<double> coefficients(400, 0.0);
   coefficients[0] = 1.0;
-  EXPECT_EQ(RaisedNumber([&] { interpolate.OneDPolynomialInterpolate(6, From(1, coefficients)); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { interpolate.OneDPolynomialInterpolate(6, From(1, coefficients)); }),
+            kOverflow);
   EXPECT_EQ(interpolate.OneDPolynomialInterpolate(5, From(1, coefficients)), 1.0);
 }
 
