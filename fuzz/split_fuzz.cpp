@@ -11,12 +11,13 @@
 
 #include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
-#include "tests/support/split_reference.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
 namespace {
 
+using test::ReplaceMultiStepByStep;
 using test::Require;
 using test::SplitStepByStep;
 
@@ -47,24 +48,6 @@ Text Join(std::span<const Text> elements, TextView delimiter) {
   for (const Text& element : elements) joined.append(element).append(delimiter);
   if (!elements.empty()) joined.resize(joined.size() - delimiter.size());
   return joined;
-}
-
-Text ReplaceAll(TextView text, TextView find, TextView replacement) {
-  Text result;
-  std::size_t from = 0;
-  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
-    result.append(text.substr(from, at - from)).append(replacement);
-  }
-  return result.append(text.substr(from));
-}
-
-Text ReplaceMultiStepByStep(const Text& original, const Text& find, const Text& replacement) {
-  Text text = original;
-  for (Text before; before != text;) {
-    before = text;
-    text = ReplaceAll(before, find + find, find);
-  }
-  return ReplaceAll(text, find, replacement);
 }
 
 /// The elements that Split5 gives; none when it raises the error for that.

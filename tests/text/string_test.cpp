@@ -8,13 +8,14 @@
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
-#include "tests/support/split_reference.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string_self_test.hpp"
 
 namespace vorquill21 {
 namespace {
 
 using test::RaisedNumber;
+using test::ReplaceMultiStepByStep;
 using test::SplitStepByStep;
 
 Variant Texts(std::vector<Text> elements) {
@@ -119,26 +120,6 @@ TEST_F(CStringTest, DeliberateReplaceMultiRemovesDoublesBeforeItReplaces) {
   EXPECT_EQ(strings.ReplaceMulti(u"ababaaba", u"aba", u"x"), u"xba")
       << "the doubled one at its end goes first";
   EXPECT_EQ(strings.ReplaceMulti(u"ababababab", u"abab", u"x"), u"xab");
-}
-
-Text ReplaceAll(TextView text, TextView find, TextView replacement) {
-  Text result;
-  std::size_t from = 0;
-  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
-    result.append(text.substr(from, at - from)).append(replacement);
-  }
-  return result.append(text.substr(from));
-}
-
-/// The steps as they are prescribed, pass by pass.
-Text ReplaceMultiStepByStep(TextView original, TextView find, TextView replacement) {
-  Text text(original);
-  if (find.empty()) return text;
-  for (Text before; before != text;) {
-    before = text;
-    text = ReplaceAll(before, Text(find).append(find), find);
-  }
-  return ReplaceAll(text, find, replacement);
 }
 
 /// Number `index` of the texts of `length` units out of "a" and "b".

@@ -23,4 +23,24 @@ inline std::vector<Text> SplitStepByStep(const Text& text, const Text& delimiter
   return elements;
 }
 
+inline Text ReplaceAll(TextView text, TextView find, TextView replacement) {
+  Text result;
+  std::size_t from = 0;
+  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
+    result.append(text.substr(from, at - from)).append(replacement);
+  }
+  return result.append(text.substr(from));
+}
+
+/// What ReplaceMulti makes of a text, pass by pass.
+inline Text ReplaceMultiStepByStep(TextView original, TextView find, TextView replacement) {
+  Text text(original);
+  if (find.empty()) return text;
+  for (Text before; before != text;) {
+    before = text;
+    text = ReplaceAll(before, Text(find).append(find), find);
+  }
+  return ReplaceAll(text, find, replacement);
+}
+
 }  // namespace vorquill21::test
