@@ -12,6 +12,9 @@ target_compile_options(vorquill21_flags INTERFACE -Wall -Wextra -Wconversion -ff
 if(VORQUILL21_WARNINGS_AS_ERRORS)
   target_compile_options(vorquill21_flags INTERFACE -Werror)
 endif()
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  target_compile_options(vorquill21_flags INTERFACE -Wno-restrict)  # finds overlaps in "x" + std::string
+endif()
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
   target_compile_options(vorquill21_flags INTERFACE -msse2 -mfpmath=sse)
 endif()

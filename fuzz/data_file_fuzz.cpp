@@ -3,10 +3,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "fuzz/require.hpp"
 #include "tests/filestream/literal_document.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "vorquill21/filestream/document.hpp"
@@ -15,9 +15,7 @@
 namespace vorquill21 {
 namespace {
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
+using test::Require;
 
 constexpr std::size_t kMostNames = 40;
 

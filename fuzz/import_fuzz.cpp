@@ -2,13 +2,13 @@
 // memory stays within a small multiple of the input.
 
 #include <algorithm>
-#include <bit>
 #include <cstdint>
 #include <cstdlib>
 #include <new>
 #include <string>
 #include <string_view>
 
+#include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/import_reference.hpp"
 #include "vorquill21/import/import_column_data.hpp"
@@ -61,10 +61,6 @@ namespace {
 constexpr TextView kPath = u"/library/columns.txt";
 constexpr std::size_t kOptionBytes = 4;
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
 /// Small numbers mostly, and the ends of the range.
 std::int32_t SmallNumber(std::uint8_t byte) {
   if (byte == 0x80) return INT32_MIN;
@@ -102,7 +98,7 @@ void RequireOutcome(const CImportColumnData& import, const ImportOutcome& expect
     for (std::int32_t row = 0; row < expected.dataRowCount; ++row) {
       const double value = import.ColumnData(column, row).As<double>();
       const double wanted = expected.columns[index][static_cast<std::size_t>(row)];
-      Require(std::bit_cast<std::uint64_t>(value) == std::bit_cast<std::uint64_t>(wanted));
+      Require(SameBits(value, wanted));
     }
   }
 }

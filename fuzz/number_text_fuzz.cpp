@@ -3,7 +3,6 @@
 // read back.
 
 #include <algorithm>
-#include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstddef>
@@ -16,19 +15,15 @@
 #include <system_error>
 #include <vector>
 
+#include "fuzz/require.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/number_text.hpp"
 
 namespace vorquill21 {
 namespace {
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-bool SameBits(double left, double right) {
-  return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
-}
+using test::Require;
+using test::SameBits;
 
 /// A copy without room behind it, so that reading on is noticed.
 template <typename Unit>

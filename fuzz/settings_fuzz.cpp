@@ -6,18 +6,16 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "fuzz/require.hpp"
 #include "vorquill21/platform/settings_document.hpp"
 
 namespace vorquill21 {
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+using test::Require;
 
 /// Takes the input apart from its start; what is missing at its end is 0 or empty.
 class Input {

@@ -6,19 +6,20 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <vector>
 
+#include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+using test::ReplaceMultiStepByStep;
+using test::Require;
+using test::SplitStepByStep;
 
 /// Takes the input apart from its start; what is missing at its end is 0 or empty.
 class Input {
@@ -47,37 +48,6 @@ Text Join(std::span<const Text> elements, TextView delimiter) {
   for (const Text& element : elements) joined.append(element).append(delimiter);
   if (!elements.empty()) joined.resize(joined.size() - delimiter.size());
   return joined;
-}
-
-std::vector<Text> SplitStepByStep(const Text& text, const Text& delimiter, std::int32_t limit,
-                                  bool skipsEmpty) {
-  std::vector<Text> elements;
-  std::size_t from = 0;
-  while (from < text.size() && static_cast<std::int64_t>(elements.size()) != limit) {
-    std::size_t found = text.find(delimiter, from);
-    if (found == Text::npos) found = text.size();
-    if (!(skipsEmpty && found == from)) elements.push_back(text.substr(from, found - from));
-    from = found + delimiter.size();
-  }
-  return elements;
-}
-
-Text ReplaceAll(TextView text, TextView find, TextView replacement) {
-  Text result;
-  std::size_t from = 0;
-  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
-    result.append(text.substr(from, at - from)).append(replacement);
-  }
-  return result.append(text.substr(from));
-}
-
-Text ReplaceMultiStepByStep(const Text& original, const Text& find, const Text& replacement) {
-  Text text = original;
-  for (Text before; before != text;) {
-    before = text;
-    text = ReplaceAll(before, find + find, find);
-  }
-  return ReplaceAll(text, find, replacement);
 }
 
 /// The elements that Split5 gives; none when it raises the error for that.

@@ -1,13 +1,12 @@
 // Any text is a table or refused, exactly as its lines and cells say, without memory for cells that it does
 // not have; and a table that was read can be written and read again.
 
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
+#include "fuzz/require.hpp"
 #include "tests/filestream/literal_table.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
@@ -15,13 +14,8 @@
 namespace vorquill21 {
 namespace {
 
-void Require(bool condition) {
-  if (!condition) std::abort();
-}
-
-bool SameBits(double left, double right) {
-  return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
-}
+using test::Require;
+using test::SameBits;
 
 void RequireCells(const BoundedArray<double>& table, const std::vector<std::vector<double>>& expected) {
   Require(table.BoundsOf(1) == Bounds{0, static_cast<std::int32_t>(expected.size()) - 1});

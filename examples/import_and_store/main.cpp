@@ -1,5 +1,5 @@
-// A host without windows: imports measured columns, checks them, stores them in a data file, reads that back,
-// tells what was refused and why, logs what it does, and runs the library's self-tests.
+// A host without windows: imports measured columns, checks and fits them, stores them in a data file, reads
+// that back, tells what was refused and why, logs what it does, and runs the library's self-tests.
 //
 //   import_and_store [DATA_FOLDER [OUTPUT_FOLDER]]
 //
@@ -13,6 +13,7 @@
 #include <iostream>
 #include <string>
 
+#include "fitting.hpp"
 #include "importing.hpp"
 #include "report.hpp"
 #include "session.hpp"
@@ -31,8 +32,10 @@ void ImportAndStore(const example::Session& session, TextView dataFolder, TextVi
       example::ImportCalibration(session, dataFolder, expectations, isUsable);
   example::ImportFaultyColumns(session, dataFolder, expectations);
   if (!isUsable) return;
+  const example::CalibrationFit fit = example::FitCalibration(session, calibration, dataFolder, expectations);
+  example::InvertReadings(session, calibration, expectations);
   const Text path = Text(outputFolder).append(u"/calibration.txt");
-  example::StoreCalibration(session, calibration, path, expectations);
+  example::StoreCalibration(session, calibration, fit, path, expectations);
   example::ReadCalibrationBack(session, calibration, path, expectations);
 }
 

@@ -26,6 +26,13 @@ BoundedArray<double> PointTable(const Calibration& calibration) {
   return table;
 }
 
+/// The coefficients of the fit as a field wants them: from index 0.
+BoundedArray<double> Coefficients(const CalibrationFit& fit) {
+  BoundedArray<double> coefficients(Bounds{0, 2});
+  for (std::int32_t power = 0; power <= 2; ++power) coefficients(power) = fit.coefficients(power + 1);
+  return coefficients;
+}
+
 /// A page for each run; pages count from 1.
 BoundedArray<double> RunTables(const Calibration& calibration) {
   BoundedArray<double> tables(Bounds{0, kLastPoint}, Bounds{0, 1}, Bounds{0, Calibration::kRuns});
@@ -52,14 +59,15 @@ bool PagesAreEqual(const BoundedArray<double>& stored, const Variant& read) {
 
 }  // namespace
 
-void StoreCalibration(const Session& session, const Calibration& calibration, TextView path,
-                      Expectations& expectations) {
+void StoreCalibration(const Session& session, const Calibration& calibration, const CalibrationFit& fit,
+                      TextView path, Expectations& expectations) {
   SayTitle(u"Store: calibration.txt, version " + Text(kVersion));
   CFileStream& stream = *session.library.LibFilestream();
   stream.Initialise(kVersion, Versions({u"CALIBRATION 1.1"}));
   stream.AddField(u"INSTRUMENT", u"Load cell");
   stream.AddField(u"UNITS", Versions({u"lbf", u"indicator units"}));
   stream.AddField(u"LIMITS", BoundedArray<double>(std::vector<double>{0, 3000000, 2.25}));
+  stream.AddField(u"COEFFICIENTS", Coefficients(fit));
   expectations.Expect(stream.AddTable2d(u"POINTS", PointTable(calibration)), u"a table is stored");
   expectations.Expect(stream.AddTable3d(u"RUNS", RunTables(calibration)), u"the pages of a table are stored");
 
@@ -68,7 +76,7 @@ void StoreCalibration(const Session& session, const Calibration& calibration, Te
   expectations.Expect(!stream.AddTable2d(u"REMARKS", remarks), u"a table of texts is refused");
 
   expectations.Expect(stream.FileWrite(path), u"the file is written");
-  Say(u"written: 3 fields, a table, and a table of 2 pages");
+  Say(u"written: 4 fields, a table, and a table of 2 pages");
   session.Log().AddEntry(u"calibration.txt was written", logNormal);
   try {
     stream.FileWrite(Text(path).append(u"/below a file"));
@@ -89,6 +97,8 @@ void ReadCalibrationBack(const Session& session, const Calibration& calibration,
   Say(u"units: " + ArrayElement(stream.GetFieldString(u"UNITS"), 0).As<Text>() + u" and " +
       ArrayElement(stream.GetFieldString(u"UNITS"), 1).As<Text>());
   Say(u"greatest load: " + Shown(ArrayElement(stream.GetFieldNumber(u"LIMITS"), 1).As<double>()));
+  Say(u"coefficient of load^2: " +
+      Shown(ArrayElement(stream.GetFieldNumber(u"COEFFICIENTS"), 2).As<double>()));
   Say(u"a field that is missing has its default: " + Shown(stream.GetFieldNumber(u"GAIN", 1.5).As<double>()));
 
   const BoundedArray<double> points = PointTable(calibration);

@@ -113,7 +113,7 @@ TEST_F(Crc32MakeTest, KnownChecksums) {
   EXPECT_EQ(file_.Crc32Make(Text(32, u'\0')), u"190A55AD");
 }
 
-TEST_F(Crc32MakeTest, LeadingZerosAreNotWritten) {
+TEST_F(Crc32MakeTest, DeliberateLeadingZerosAreNotWritten) {
   int shortChecksums = 0;
   for (int number = 0; number < 1000; ++number) {
     const std::string digits = std::to_string(number);

@@ -184,7 +184,7 @@ void ExpectNestedOutcomes(RuntimeErrorNumber number, std::span<const NestedOutco
   EXPECT_EQ(run, outcomes.size());
 }
 
-TEST_P(FileFaultsTest, NestedFoldersStopAtTheFirstErrorButPassOver75) {
+TEST_P(FileFaultsTest, DeliberateDirMakeNestedStopsAtTheFirstErrorButPassesOver75) {
   const RuntimeErrorNumber number = GetParam();
   if (number == kPathFileAccess) {
     const NestedOutcome kOutcomes[] = {{0, true, true},    {0, true, true},  {0, true, true},

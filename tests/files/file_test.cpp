@@ -129,7 +129,7 @@ TEST_F(CFileTest, FileOfTheEmptyNameOrOfANameThatEndsInASeparatorDoesNotExist) {
   EXPECT_FALSE(file_.FileExists(u"/library/data.txt/"));
 }
 
-TEST_F(CFileTest, FileOfANameWithWildcardsExistsWhenAnyOrdinaryFileMatches) {
+TEST_F(CFileTest, DeliberateFileOfANameWithWildcardsExistsWhenAnyOrdinaryFileMatches) {
   fake_.files.MakeFolder(u"/library/folder.txt");
   fake_.files.Replace(u"/library/.hidden.txt", "x");
   EXPECT_FALSE(file_.FileExists(u"/library/*.txt"));
@@ -146,7 +146,7 @@ struct ReadCase {
   TextView text;
 };
 
-TEST_F(CFileTest, ReadingRemovesOneLineEnd) {
+TEST_F(CFileTest, DeliberateReadingRemovesOneLineEnd) {
   using namespace std::string_view_literals;
   const ReadCase cases[] = {
       {"a", u"a"},
@@ -265,7 +265,7 @@ TEST_F(CFileTest, FailedWriteIsReportedUnlessSilent) {
 
 // Comparing.
 
-TEST_F(CFileTest, ComparesTextsIgnoringCaseAndOneLineEnd) {
+TEST_F(CFileTest, DeliberateComparesTextsIgnoringCaseAndOneLineEnd) {
   struct Row {
     std::string_view bytes1;
     std::string_view bytes2;

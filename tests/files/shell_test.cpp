@@ -117,7 +117,7 @@ class DesktopWithOneFolder : public test::RecordingDesktop {
   bool isThere = false;
 };
 
-TEST(SpecialFolderPathTest, APathOrTheReasonComesBackInTheSameArgument) {
+TEST(SpecialFolderPathTest, DeliberateGetSpecialFolderPathReturnsTheReasonWhereThePathIsExpected) {
   DesktopWithOneFolder desktop;
   test::FakePlatform fake;
   Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);

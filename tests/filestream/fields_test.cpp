@@ -67,7 +67,7 @@ TEST_P(CFileStreamFieldsTest, EmptyArrayAddsARecordWithoutValues) {
   EXPECT_EQ(Records(), u"[F]\r\n[G]\r\n");
 }
 
-TEST_P(CFileStreamFieldsTest, ElementsBeforeIndexZeroAreLeftOut) {
+TEST_P(CFileStreamFieldsTest, DeliberateElementsBeforeIndexZeroAreLeftOut) {
   stream.AddField(u"F", ArrayOf({u"before", u"zero", u"one"}, -1));
   EXPECT_EQ(Records(), u"[F]\tzero\tone\r\n");
 }
@@ -108,13 +108,13 @@ TEST_P(CFileStreamFieldsTest, DeliberateNothingChecksValuesForCharactersOfTheFor
 
 // --- Reading texts ---------------------------------------------------------------------------------------
 
-TEST_P(CFileStreamFieldsTest, FieldsAreFoundAnywhereTheFirstOneWinning) {
+TEST_P(CFileStreamFieldsTest, DeliberateFieldsAreFoundAnywhereTheFirstOneWinning) {
   stream.SetContents(u"heading\r\n\r\n[A]\tsee [B] below\r\n[B]\tlater\r\n[A]\tlater\r\n");
   EXPECT_EQ(stream.GetFieldString(u"A"), Variant(u"see"));
   EXPECT_EQ(stream.GetFieldString(u"B"), Variant(u" below"));
 }
 
-TEST_P(CFileStreamFieldsTest, NamesMatchExactly) {
+TEST_P(CFileStreamFieldsTest, DeliberateNamesMatchExactly) {
   stream.SetContents(u"[AB]\t1\r\n[name]\t2\r\n");
   for (const TextView name : {u"A", u"B", u"NAME", u"name ", u"ab"}) {
     EXPECT_FALSE(stream.FieldExists(name));
@@ -122,7 +122,7 @@ TEST_P(CFileStreamFieldsTest, NamesMatchExactly) {
   }
 }
 
-TEST_P(CFileStreamFieldsTest, SurroundingsOfTheValuesAreCut) {
+TEST_P(CFileStreamFieldsTest, DeliberateSurroundingsOfTheValuesAreCut) {
   const struct {
     TextView document;
     Variant expected;
@@ -199,7 +199,7 @@ TEST_P(CFileStreamFieldsTest, DeliberateArrayDefaultMakesNoArrayOfASingleValue) 
   EXPECT_EQ(stream.GetFieldNumber(u"F", ArrayOf({1, 2, 3})), Variant(7.0));
 }
 
-TEST_P(CFileStreamFieldsTest, DefaultWithoutElementForAGapIsReportedWithItsIndex) {
+TEST_P(CFileStreamFieldsTest, DeliberateDefaultWithoutElementForAGapIsReportedWithItsIndex) {
   const struct {
     TextView values;
     Variant defaults;
@@ -247,7 +247,7 @@ TEST_P(CFileStreamFieldsTest, NumbersComeBackAsTheyWereAdded) {
   EXPECT_EQ(stream.GetFieldNumber(u"F"), Variant(ArrayOf({1.5, 0.0, -2.25})));
 }
 
-TEST_P(CFileStreamFieldsTest, WhatIsNoNumberReadsAsZero) {
+TEST_P(CFileStreamFieldsTest, DeliberateWhatIsNoNumberReadsAsZero) {
   stream.Initialise(u"", NoVersions());
   for (const TextView words : {u"", u"abc", u"1x", u"1 2", u"--1", u".", u",", u"1.5.", u"1,5,", u"inf",
                                u"nan", u"1E", u"&H10", u"1E999", u"True"}) {

@@ -59,7 +59,7 @@ TEST_P(CFileStreamFilesTest, TextsAreWrittenInTheCodePage) {
                                             "e]\t\x80 ?\r\n"));
 }
 
-TEST_P(CFileStreamFilesTest, WritingIntoAMissingFolderRaisesTheErrorUnderItsName) {
+TEST_P(CFileStreamFilesTest, DeliberateWritingIntoAMissingFolderRaisesTheErrorUnderItsName) {
   EXPECT_EQ(
       ErrorOf([&] { stream.FileWrite(u"/nowhere/data.txt"); }),
       (RaisedError{kPathNotFound, u"CFileStream.FileWrite",

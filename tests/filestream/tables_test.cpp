@@ -156,7 +156,7 @@ TEST_P(CFileStreamTablesTest, AbsentTableIsEmptyWithoutAMessage) {
   ExpectMessages({});
 }
 
-TEST_P(CFileStreamTablesTest, RowsAndCellsAreReadLeniently) {
+TEST_P(CFileStreamTablesTest, DeliberateRowsAndCellsAreReadLeniently) {
   const struct {
     TextView record;
     BoundedArray<double> expected;
@@ -255,7 +255,7 @@ TEST_P(CFileStreamTablesTest, DeliberatePagesAreNumberedFromOneAndPageZeroIsNotW
   EXPECT_EQ(Records(), u"[N PAGE 1]\t\r\n1\t11\r\n101\t111\r\n[N PAGE 2]\t\r\n2\t12\r\n102\t112\r\n");
 }
 
-TEST_P(CFileStreamTablesTest, PagesComeBackWithAnEmptyPageZero) {
+TEST_P(CFileStreamTablesTest, DeliberatePagesComeBackWithAnEmptyPageZero) {
   stream.AddTable3d(u"N", Cube());
   const Variant read = stream.GetTable3d(u"N", 1, 1, 2);
   BoundedArray<Variant> expected({0, 1}, {0, 1}, {0, 2});
@@ -329,7 +329,7 @@ TEST_P(CFileStreamTablesTest, IndexOutsideTheTableKeepsThePagesBefore) {
   EXPECT_EQ(Records(), firstPages);
 }
 
-TEST_P(CFileStreamTablesTest, PageThatCannotBeWrittenIsLeftOutWithItsOwnMessage) {
+TEST_P(CFileStreamTablesTest, DeliberatePageThatCannotBeWrittenIsLeftOutWithItsOwnMessage) {
   BoundedArray<double> cube = Cube();
   cube(1, 0, 1) = 1e39;
   EXPECT_TRUE(stream.AddTable3d(u"N", cube));
@@ -337,7 +337,7 @@ TEST_P(CFileStreamTablesTest, PageThatCannotBeWrittenIsLeftOutWithItsOwnMessage)
   EXPECT_EQ(Records(), u"[N PAGE 2]\t\r\n2\t12\r\n102\t112\r\n");
 }
 
-TEST_P(CFileStreamTablesTest, MissingPageIsReportedForTheWholeTable) {
+TEST_P(CFileStreamTablesTest, DeliberateMissingPageIsReportedForTheWholeTable) {
   stream.AddTable3d(u"N", Cube());
   EXPECT_EQ(stream.GetTable3d(u"N", 1, 1, 3), Variant(false));
   ExpectMessages({u"An error occurred while getting 3d table: N"});

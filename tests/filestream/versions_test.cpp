@@ -51,7 +51,7 @@ TEST_P(CFileStreamVersionsTest, CompatibleVersionsThatCannotBeReadLeaveTheDocume
   ExpectMessages({});
 }
 
-TEST_P(CFileStreamVersionsTest, VersionIsTakenApartAtItsBlanks) {
+TEST_P(CFileStreamVersionsTest, DeliberateVersionIsTakenApartAtItsBlanks) {
   const struct {
     TextView version;
     Text number;
@@ -125,7 +125,7 @@ TEST_P(CFileStreamVersionsTest, ListedVersionsAreAccepted) {
   ExpectMessages({});
 }
 
-TEST_P(CFileStreamVersionsTest, LetterCaseIsIgnored) {
+TEST_P(CFileStreamVersionsTest, DeliberateLetterCaseIsIgnored) {
   EXPECT_TRUE(stream.IsCompatibleVersion(true, u"v1.1", u"V2", u"V1.1"));
   EXPECT_TRUE(stream.IsCompatibleVersion(true, u"GRÖSSE 1", u"größe 2", u"grösse 1"));
 }
@@ -140,7 +140,7 @@ TEST_P(CFileStreamVersionsTest, DeliberatePartOfAListedVersionThatEndsAtABlankIs
   }
 }
 
-TEST_P(CFileStreamVersionsTest, RefusalNamesTheVersionsWithTheirBlanks) {
+TEST_P(CFileStreamVersionsTest, DeliberateRefusalNamesTheVersionsWithTheirBlanks) {
   stream.Initialise(u"v2", kCompatible);
   stream.AddField(u"FILEVERSION", u"v1");
   Text status = u"before";

@@ -8,10 +8,13 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_number.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21 {
 namespace {
+
+using test::RaisedNumber;
 
 constexpr TextView kPath = u"/library/columns.txt";
 constexpr TextView kFailure = u"CImportColumnData.ImportData: An error occurred while importing data";
@@ -66,16 +69,6 @@ class CImportColumnDataTest : public ::testing::Test {
     return headers;
   }
 
-  template <typename Operation>
-  static std::int32_t ErrorOf(Operation operation) {
-    try {
-      operation();
-    } catch (const LibraryError& error) {
-      return error.Number();
-    }
-    return 0;
-  }
-
   test::FakePlatform fake;
   CImportColumnData import{fake.platform};
   Text status = u"before";
@@ -99,11 +92,11 @@ TEST_F(CImportColumnDataTest, ANewObjectIsEmpty) {
   EXPECT_FALSE(fresh.LastImportSuccessful());
   EXPECT_EQ(fresh.ColumnCount(), 0);
   EXPECT_EQ(fresh.DataRowCount(), 0);
-  EXPECT_EQ(ErrorOf([&] { fresh.ColumnHeaderData(0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { fresh.ColumnData(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { fresh.ColumnHeaderData(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { fresh.ColumnData(0); }), kSubscriptOutOfRange);
 }
 
-TEST_F(CImportColumnDataTest, SettersStoreWhatTheyAreGiven) {
+TEST_F(CImportColumnDataTest, DeliberateSettersStoreWhateverTheyAreGiven) {
   for (const std::int32_t value : {kLeast, -1, 0, 7, kMost}) {
     import.HeaderRow(value);
     import.FirstValueRow(value);
@@ -151,13 +144,13 @@ TEST_F(CImportColumnDataTest, AWholeColumnHasBoundsFromZero) {
 TEST_F(CImportColumnDataTest, IndicesOutsideTheListsAreSubscriptErrors) {
   ImportOf("a,b\n1,2\n");
   for (const std::int32_t column : {kLeast, -1, 2, kMost}) {
-    EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(column); }), kSubscriptOutOfRange) << column;
-    EXPECT_EQ(ErrorOf([&] { import.ColumnData(column); }), kSubscriptOutOfRange) << column;
-    EXPECT_EQ(ErrorOf([&] { import.ColumnData(column, 0); }), kSubscriptOutOfRange) << column;
-    EXPECT_EQ(ErrorOf([&] { import.OffsetColumnData(column, 1); }), kSubscriptOutOfRange) << column;
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(column); }), kSubscriptOutOfRange) << column;
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnData(column); }), kSubscriptOutOfRange) << column;
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnData(column, 0); }), kSubscriptOutOfRange) << column;
+    EXPECT_EQ(RaisedNumber([&] { import.OffsetColumnData(column, 1); }), kSubscriptOutOfRange) << column;
   }
   for (const std::int32_t position : {kLeast, -2, 1, kMost}) {
-    EXPECT_EQ(ErrorOf([&] { import.ColumnData(0, position); }), kSubscriptOutOfRange) << position;
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnData(0, position); }), kSubscriptOutOfRange) << position;
   }
 }
 
@@ -193,7 +186,7 @@ TEST_F(CImportColumnDataTest, AFileWithoutDataRowsImportsWithNone) {
     EXPECT_EQ(import.ColumnCount(), 2);
     EXPECT_EQ(import.DataRowCount(), 0);
     EXPECT_EQ(import.ColumnData(1), Variant(BoundedArray<Variant>::Empty()));
-    EXPECT_EQ(ErrorOf([&] { import.ColumnData(1, 0); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnData(1, 0); }), kSubscriptOutOfRange);
     import.OffsetColumnData(1, 1.5);
   }
 }
@@ -225,8 +218,8 @@ TEST_F(CImportColumnDataTest, AnotherImportReplacesTheResultOfTheLast) {
   EXPECT_EQ(import.DataRowCount(), 1);
   EXPECT_EQ(Headers(), std::vector<Text>{u"x"});
   EXPECT_EQ(Column(0), std::vector<double>{9});
-  EXPECT_EQ(ErrorOf([&] { import.ColumnData(1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnData(1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(1); }), kSubscriptOutOfRange);
 }
 
 // --- Fields ----------------------------------------------------------------------------------------------
@@ -266,7 +259,7 @@ TEST_F(CImportColumnDataTest, BlanksAreFieldsWhereTheyAreNoDelimiters) {
   EXPECT_EQ(Column(0), std::vector<double>{0});
 }
 
-TEST_F(CImportColumnDataTest, EachFieldGivesTheNumberThatItBeginsWith) {
+TEST_F(CImportColumnDataTest, DeliberateEachFieldGivesTheNumberThatItBeginsWith) {
   const struct {
     const char* field;
     double value;
@@ -391,7 +384,7 @@ TEST_F(CImportColumnDataTest, DeliberateAtMostOneColumnLessThanMaxColumnsIsKept)
   EXPECT_EQ(import.ColumnCount(), 19);
   EXPECT_EQ(import.ColumnHeaderData(18), Variant(u"h18"));
   EXPECT_EQ(import.ColumnData(18, 0), Variant(19.0));
-  EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(19); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(19); }), kSubscriptOutOfRange);
   EXPECT_EQ(status, u"Maximum number of data columns exceeded. Columns 20 and above will be ignored.");
 }
 
@@ -484,12 +477,12 @@ TEST_F(CImportColumnDataTest, TheFailureReplacesTheLimitMessage) {
   ExpectFailure(HeaderLine(25) + "1E999\n");
 }
 
-TEST_F(CImportColumnDataTest, AFailureKeepsTheColumnsOfTheLastSuccess) {
+TEST_F(CImportColumnDataTest, DeliberateAFailureKeepsTheColumnsOfTheLastSuccess) {
   ImportOf("a,b\n1,2\n3,4\n");
   ExpectFailure("x\n1E999\n");
   EXPECT_EQ(import.ColumnCount(), 1);
   EXPECT_EQ(Headers(), std::vector<Text>{u"x"});
-  EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(1); }), kSubscriptOutOfRange);
   EXPECT_EQ(import.DataRowCount(), 2);
   EXPECT_EQ(Column(0), (std::vector<double>{1, 3}));
   EXPECT_EQ(Column(1), (std::vector<double>{2, 4}));
@@ -504,7 +497,7 @@ TEST_F(CImportColumnDataTest, AFailureBeforeTheHeadersLeavesTheirListSizedAndEmp
   EXPECT_FALSE(import.Import());
   EXPECT_EQ(import.ColumnCount(), 2);
   for (std::int32_t i = 0; i < 5; ++i) EXPECT_EQ(import.ColumnHeaderData(i), Variant(u"")) << i;
-  EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(5); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(5); }), kSubscriptOutOfRange);
 }
 
 TEST_F(CImportColumnDataTest, AHeaderLineWithoutFieldsLeavesTheListSizedAndNoColumns) {
@@ -513,7 +506,7 @@ TEST_F(CImportColumnDataTest, AHeaderLineWithoutFieldsLeavesTheListSizedAndNoCol
   EXPECT_EQ(import.ColumnCount(), 0);
   EXPECT_EQ(import.DataRowCount(), 1);
   EXPECT_EQ(import.ColumnHeaderData(19), Variant(u""));
-  EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(20); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(20); }), kSubscriptOutOfRange);
 }
 
 TEST_F(CImportColumnDataTest, AnImpossibleMaxColumnsLeavesTheHeadersAlone) {
@@ -522,7 +515,7 @@ TEST_F(CImportColumnDataTest, AnImpossibleMaxColumnsLeavesTheHeadersAlone) {
     import.MaxColumns(maximum);
     ExpectFailure("x\n1\n");
     EXPECT_EQ(Headers(), (std::vector<Text>{u"a", u"b"}));
-    EXPECT_EQ(ErrorOf([&] { import.ColumnHeaderData(2); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(2); }), kSubscriptOutOfRange);
   }
 }
 
@@ -545,7 +538,7 @@ TEST_F(CImportColumnDataTest, DeliberateAPositiveOffsetLowersTheValues) {
 
 TEST_F(CImportColumnDataTest, AnOffsetThatOverflowsIsAnErrorAfterTheValuesBefore) {
   ImportOf("a\n1E307\n-1E308\n5\n");
-  EXPECT_EQ(ErrorOf([&] { import.OffsetColumnData(0, 1E308); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { import.OffsetColumnData(0, 1E308); }), kOverflow);
   EXPECT_EQ(Column(0), (std::vector<double>{1E307 - 1E308, -1E308, 5}));
 }
 

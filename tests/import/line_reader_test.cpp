@@ -126,6 +126,35 @@ TEST(LineReaderTest, SkippedLinesAreThoseThatWouldBeRead) {
   }
 }
 
+TEST(LineReaderTest, ALineMayBeLeftAnywhereInWhatIsHeldOfIt) {
+  const std::string content = "one\r\n\n" + std::string(200000, 'x') + "\rfour\nfive";
+  const Lines lines = LinesOf(content);
+  for (const std::size_t piece : {std::size_t{1}, std::size_t{7}, kWhole}) {
+    for (std::size_t done = 0; done < 5; ++done) {
+      LineReader reader = ReaderOf(content, piece);
+      for (const std::string& line : lines) {
+        ASSERT_FALSE(reader.AtEnd());
+        const std::string_view held = reader.Held();
+        ASSERT_FALSE(held.empty());
+        const std::size_t common = std::min(held.size(), line.size());
+        EXPECT_EQ(held.substr(0, common), std::string_view(line).substr(0, common));
+        reader.SkipLineFrom(held.data() + std::min({done, common, held.size() - 1}));
+      }
+      EXPECT_TRUE(reader.AtEnd());
+      EXPECT_EQ(reader.BytesPassed(), content.size());
+    }
+  }
+}
+
+TEST(LineReaderTest, CountsTheBytesOfTheLinesSoFar) {
+  LineReader reader = ReaderOf("one\n\rthree\nfour", 2);
+  EXPECT_EQ(reader.Length(), 15u);
+  for (const std::uint64_t passed : {4u, 5u, 11u, 15u}) {
+    reader.NextLine();
+    EXPECT_EQ(reader.BytesPassed(), passed);
+  }
+}
+
 TEST(LineReaderTest, ALineAtTheEndIsAnError) {
   for (const char* content : {"", "a", "a\n", "a\r\n"}) {
     for (const bool skips : {false, true}) {

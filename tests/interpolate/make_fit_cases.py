@@ -225,46 +225,54 @@ def literals(values):
     return "{" + ", ".join(float(value).hex() for value in values) + "}"
 
 
-def curve_line(name, order, xs, ys):
+def case_lines(name, order, arrays, deviation):
+    """The definitions of the arrays, and the element of the table of cases that refers to them."""
+    definitions = [f"inline constexpr double k{name}{suffix}[] = {literals(values)};" for suffix, values in arrays.items()]
+    references = ", ".join(f"k{name}{suffix}" for suffix in arrays)
+    return definitions, f'    {{"{name}", {order}, {references}, {deviation.hex()}}},'
+
+
+def curve_lines(name, order, xs, ys):
     coefficients, squares = fit_curve(exact(xs), exact(ys), order)
     deviation = root(squares / (len(xs) - 1))
-    return (f'    {{"{name}", {order}, {literals(xs)}, {literals(ys)}, '
-            f"{literals(map(nearest_double, coefficients))}, {deviation.hex()}}},")
+    return case_lines(name, order, {"Xs": xs, "Ys": ys, "CurveCoefficients": map(nearest_double, coefficients)}, deviation)
 
 
-def surface_line(name, order, xs, ys, zs):
+def surface_lines(name, order, xs, ys, zs):
     coefficients, squares = fit_surface(exact(xs), exact(ys), exact(zs), order)
     square = [[0.0] * (order + 1) for _ in range(order + 1)]
     for (i, j), value in zip(powers_of(order), coefficients):
         square[i][j] = nearest_double(value)
     rms = root(squares / len(xs))
-    return (f'    {{"{name}", {order}, {literals(xs)}, {literals(ys)}, {literals(zs)}, '
-            f"{literals(sum(square, []))}, {rms.hex()}}},")
+    return case_lines(name, order, {"Xs": xs, "Ys": ys, "Zs": zs, "SurfaceCoefficients": sum(square, [])}, rms)
 
 
 def power_line(base, exponent):
     return f"    {{{base.hex()}, {exponent}, {nearest_double(Fraction(base)**exponent).hex()}}},"
 
 
+def table_of(kind, cases):
+    """All arrays, and behind them the table of cases."""
+    definitions = sum((case[0] for case in cases), [])
+    return definitions + ["", f"inline constexpr {kind}Case k{kind}Cases[] = {{"] + [case[1] for case in cases] + ["};", ""]
+
+
 def main():
     check_certified()
-    lines = ["// Written by make_fit_cases.py; not to be edited.", "#pragma once", "", "#include <vector>", "",
+    lines = ["// Written by make_fit_cases.py; not to be edited.", "#pragma once", "", "#include <span>", "",
              "// clang-format off", "namespace vorquill21::test {", "",
              "/// Points and the exact least-squares solution for them, each number rounded once.",
-             "struct CurveCase {", "  const char* name;", "  int order;", "  std::vector<double> xs, ys;",
-             "  std::vector<double> coefficients;", "  double stdDev;", "};", "",
+             "struct CurveCase {", "  const char* name;", "  int order;", "  std::span<const double> xs, ys;",
+             "  std::span<const double> coefficients;", "  double stdDev;", "};", "",
              "/// Coefficients lie as in an array (0 To order, 0 To order), the second index running fastest.",
-             "struct SurfaceCase {", "  const char* name;", "  int order;", "  std::vector<double> xs, ys, zs;",
-             "  std::vector<double> coefficients;", "  double rms;", "};", "",
+             "struct SurfaceCase {", "  const char* name;", "  int order;", "  std::span<const double> xs, ys, zs;",
+             "  std::span<const double> coefficients;", "  double rms;", "};", "",
              "/// The double nearest to base^exponent.",
-             "struct PowerCase {", "  double base;", "  int exponent;", "  double power;", "};", "",
-             "inline const std::vector<CurveCase> kCurveCases = {"]
-    lines += [curve_line(*case) for case in curve_cases()]
-    lines += ["};", "", "inline const std::vector<SurfaceCase> kSurfaceCases = {"]
-    lines += [surface_line(*case) for case in surface_cases()]
-    lines += ["};", "", "inline const std::vector<PowerCase> kPowerCases = {"]
-    lines += [power_line(*case) for case in power_cases()]
-    lines += ["};", "", "}  // namespace vorquill21::test", ""]
+             "struct PowerCase {", "  double base;", "  int exponent;", "  double power;", "};", ""]
+    lines += table_of("Curve", [curve_lines(*case) for case in curve_cases()])
+    lines += table_of("Surface", [surface_lines(*case) for case in surface_cases()])
+    lines += table_of("Power", [([], power_line(*case)) for case in power_cases()])
+    lines += ["}  // namespace vorquill21::test", ""]
     HEADER.write_text("\n".join(lines), encoding="utf-8")
 
 

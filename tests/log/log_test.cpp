@@ -178,7 +178,7 @@ TEST_F(LogTest, AnEntryOfLineEndsAloneIsNotWritten) {
   EXPECT_EQ(Added(u"\r\n", logException), "* Warning: \r\n");
 }
 
-TEST_F(LogTest, DeliberateAnEmptyEntryIsNotWrittenWhateverTheAction) {
+TEST_F(LogTest, DeliberateAddEntryWritesNoEmptyEntryWhateverTheAction) {
   Initialise(kNoBound, true);
   EntryRecorder recorder(log);
   for (const std::int32_t action : {0, 1, 4, 5}) {
@@ -195,7 +195,7 @@ TEST_F(LogTest, DeliberateAnEmptyEntryIsNotWrittenWhateverTheAction) {
   EXPECT_TRUE(recorder.entries.empty());
 }
 
-TEST_F(LogTest, DeliberateTheTabsOfAWarningWithItsErrorBecomeBlanks) {
+TEST_F(LogTest, DeliberateAddEntryMakesTheTabsOfAWarningWithItsErrorBlanks) {
   EXPECT_EQ(Added(u"entry", logExceptionError), "* Warning: entry Error: 0 \r\n");
   EXPECT_EQ(Added(u"entry\r\n", logExceptionError), "* Warning: entry:  Error: 0 \r\n");
 }
@@ -288,7 +288,7 @@ TEST_F(LogTest, ALoggingPeriodHasABannerAtBothEnds) {
                                                         {u" ", 1}}));
 }
 
-TEST_F(LogTest, DeliberateTheTabBeforeTheDateIsABlankInTheFile) {
+TEST_F(LogTest, DeliberateStartLoggingWritesABlankForTheTabBeforeTheDate) {
   log.StartLogging();
   EXPECT_EQ(Bytes().find('\t'), std::string::npos);
   EXPECT_NE(Bytes().find("Log started at 09:05 21/11/2026\r\n"), std::string::npos);
@@ -345,7 +345,7 @@ TEST_F(ElapsedTimeTest, TheDifferenceOfTheReadingsIsRoundedByItsDecimalValue) {
   EXPECT_EQ(Elapsed(0.1, 0.35), "0.3");
 }
 
-TEST_F(ElapsedTimeTest, DeliberateAPeriodThatSpansMidnightHasANegativeTime) {
+TEST_F(ElapsedTimeTest, DeliberateStopLoggingGivesANegativeTimeForAPeriodThatSpansMidnight) {
   EXPECT_EQ(Elapsed(86399, 1), "-86398.0");
 }
 

@@ -8,6 +8,7 @@
 #include <initializer_list>
 #include <limits>
 #include <random>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
@@ -154,7 +155,7 @@ TEST_F(CGeometryTest, AnglesAreInDegreesOfTheClassConstant) {
     EXPECT_EQ(Angle(row.line1[0], row.line1[1], row.line2[0], row.line2[1]), row.degrees);
 }
 
-TEST_F(CGeometryTest, DeliberateStraightAndRightAnglesAreAHairLess) {
+TEST_F(CGeometryTest, DeliberateAngleBetweenVectorsIsAHairLessForStraightAndRightAngles) {
   EXPECT_EQ(geometry.AngleBetweenVectors(1, 0, 0, -1, 0, 0), 179.9999999764967);
   EXPECT_EQ(geometry.AngleBetweenVectors(0, 1, 0, 1, 0, 0), 89.99999998824835);
 }
@@ -191,7 +192,7 @@ TEST_F(CGeometryTest, DistanceOfAPointFromALine) {
   EXPECT_EQ(Distance({0, 0, 0}, {10, 0, 0}, {12, 1, 0}), 1.0);
 }
 
-TEST_F(CGeometryTest, DeliberateDistanceFromALineOfEqualPointsIsZero) {
+TEST_F(CGeometryTest, DeliberateLineDistanceToPointIsZeroForALineOfEqualPoints) {
   EXPECT_EQ(Distance({1, 2, 3}, {1, 2, 3}, {7, 8, 9}), 0.0);
 }
 
@@ -202,7 +203,7 @@ TEST_F(CGeometryTest, FootOfThePerpendicular) {
             (Vector{0x1.83227b4c470dep+0, -0x1.eb1a1f58d0fb5p+0, 0x1.2259dc79354a6p+2}));
 }
 
-TEST_F(CGeometryTest, DeliberateFootOnALineOfEqualPointsIsADivisionByZero) {
+TEST_F(CGeometryTest, DeliberateIntersectNormalPointToLineDividesByZeroForALineOfEqualPoints) {
   Vector foot;
   for (const Vector point : {Vector{7, 8, 9}, Vector{1, 2, 3}}) {
     EXPECT_EQ(RaisedNumber([&] {
@@ -300,7 +301,7 @@ TEST_F(CGeometryTest, ProductOfMatrices) {
   EXPECT_EQ(product, Matrix({1, 2}, {1, 2}, {22, 28, 49, 64}));
 }
 
-TEST_F(CGeometryTest, DeliberateElementsAtIndexZeroAndFurtherRowsDoNotCount) {
+TEST_F(CGeometryTest, DeliberateMatrixMultiplyLeavesOutIndexZeroAndFurtherRows) {
   const BoundedArray<double> a = Matrix({0, 1}, {0, 2}, {9, 9, 9, 9, 1, 2});
   const BoundedArray<double> b = Matrix({0, 3}, {0, 1}, {9, 9, 9, 3, 9, 4, 9, 9});
   BoundedArray<double> product;
@@ -382,7 +383,15 @@ TEST_F(CGeometryTest, SelfTestPasses) {
   EXPECT_EQ(SelfTest(geometry), FailedTests{});
 }
 
-TEST_F(CGeometryTest, DeliberateSelfTestPassesWithTheOtherSignOfZ) {
+TEST_F(CGeometryTest, DeliberateVectorDotProduct3dReturnsByReferenceAndVectorMagnitude3dByValue) {
+  double dotProduct = 77.0;
+  static_assert(std::is_void_v<decltype(geometry.VectorDotProduct3d(1, 2, 3, 4, 5, 6, dotProduct))>);
+  static_assert(std::is_same_v<decltype(geometry.VectorMagnitude3d(1, 2, 3)), double>);
+  geometry.VectorDotProduct3d(1, 2, 3, 4, 5, 6, dotProduct);
+  EXPECT_EQ(dotProduct, 32);
+}
+
+TEST_F(CGeometryTest, DeliberateTransformPointPassesItsSelfTestWithTheOtherSignOfZ) {
   const Vector turned = Turned(Rotation(1, 1, 0), {100, 0, 0});
   EXPECT_NEAR(turned.z, -1.7452, 0.001);
 }

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_number.hpp"
 
 namespace vorquill21 {
 
@@ -27,6 +28,8 @@ template struct SelfTestAccess<&CMathUtils::SelfTest_Main>;
 
 namespace {
 
+using test::RaisedNumber;
+
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargest = std::numeric_limits<double>::max();
@@ -39,16 +42,6 @@ BoundedArray<double> Doubles(std::vector<double> elements, std::int32_t lower = 
 
 BoundedArray<Variant> Variants(std::vector<Variant> elements, std::int32_t lower = 0) {
   return BoundedArray<Variant>(std::move(elements), lower);
-}
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
 }
 
 class CMathUtilsTest : public testing::Test {
@@ -118,12 +111,12 @@ TEST_F(ArrayLocateTest, DeliberateValueOutsideIsSearchedAsInADescendingTable) {
 }
 
 TEST_F(ArrayLocateTest, DeliberateSingleNodeThatEqualsTheValueIsOutOfRange) {
-  EXPECT_EQ(ErrorOf([&] { Locate(std::vector<double>{2}, 2); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { Locate(std::vector<double>{2}, 2); }), kSubscriptOutOfRange);
   EXPECT_EQ(Locate(std::vector<double>{2}, 1), (Located{false, 0}));
   EXPECT_EQ(Locate(Doubles({2}, 5), 3), (Located{false, 5}));
 }
 
-TEST_F(ArrayLocateTest, NegativeBoundsRaiseTheErrorOfTheClass) {
+TEST_F(ArrayLocateTest, DeliberateNegativeBoundsRaiseAMisspeltErrorOfAMisnamedSource) {
   for (const auto& table : {Doubles({0, 1, 2}, -1), Doubles({0}, -5), BoundedArray<double>::Empty()}) {
     std::int32_t index = 42;
     try {
@@ -140,16 +133,16 @@ TEST_F(ArrayLocateTest, NegativeBoundsRaiseTheErrorOfTheClass) {
 }
 
 TEST_F(ArrayLocateTest, ArraysOfOtherRanksAreOutOfRange) {
-  EXPECT_EQ(ErrorOf([&] { Locate(BoundedArray<double>(), 1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] { Locate(BoundedArray<double>(), 1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
               Locate(BoundedArray<double>(Bounds{0, 2}, Bounds{0, 2}), 1);
             }),
             kSubscriptOutOfRange);
 }
 
 TEST_F(ArrayLocateTest, BoundsWhoseSumExceeds32BitsOverflow) {
-  EXPECT_EQ(ErrorOf([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
   EXPECT_EQ(Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 0.5), (Located{true, 1'500'000'000}));
 }
 
@@ -247,7 +240,7 @@ TEST_F(CMathUtilsTest, CopyArrayOfItselfKeepsIt) {
   EXPECT_EQ(value, Variant(Doubles({1, 2, 3}, 1)));
 }
 
-TEST_F(CMathUtilsTest, CopyArrayOfEmptyIsASingleZero) {
+TEST_F(CMathUtilsTest, DeliberateCopyArrayOfEmptyIsASingleZero) {
   BoundedArray<double> target = Doubles({1, 2, 3});
   utils.CopyArray1D(target, Variant());
   EXPECT_EQ(target, BoundedArray<double>(Bounds{0, 0}));
@@ -265,17 +258,17 @@ TEST_F(CMathUtilsTest, CopyArrayOfOtherDimensionsIsOutOfRangeAndLeavesTheTarget)
   const Variant neverDimensioned = BoundedArray<Text>();
   for (const Variant& source : {table, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
   for (const Variant& source : {line, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray2D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray2D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
   for (const Variant& source : {line, table, noElements, neverDimensioned}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray3D(target, source); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray3D(target, source); }), kSubscriptOutOfRange);
     EXPECT_EQ(target, before);
   }
 }
@@ -284,9 +277,9 @@ TEST_F(CMathUtilsTest, CopyArrayOfWhatIsNoArrayIsATypeMismatchAndLeavesTheTarget
   const BoundedArray<double> before = Doubles({1, 2, 3});
   for (const Variant& source : {Variant(1.0), Variant(u"1"), Variant(true), Variant(Missing{})}) {
     BoundedArray<double> target = before;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, source); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray2D(target, source); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray3D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray2D(target, source); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray3D(target, source); }), kTypeMismatch);
     EXPECT_EQ(target, before);
   }
 }
@@ -294,7 +287,7 @@ TEST_F(CMathUtilsTest, CopyArrayOfWhatIsNoArrayIsATypeMismatchAndLeavesTheTarget
 TEST_F(CMathUtilsTest, CopyArrayStopsAtAnElementThatIsNoNumber) {
   for (const Variant& bad : {Variant(u"1,5"), Variant(u""), Variant(Missing{}), Variant(Doubles({1}))}) {
     BoundedArray<double> target;
-    EXPECT_EQ(ErrorOf([&] { utils.CopyArray1D(target, Variants({1, 2, bad, 4}, 1)); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { utils.CopyArray1D(target, Variants({1, 2, bad, 4}, 1)); }), kTypeMismatch);
     EXPECT_EQ(target, Doubles({1, 2, 0, 0}, 1));
   }
 }
@@ -327,8 +320,8 @@ TEST_F(CMathUtilsTest, DWordsAreTakenApartIntoSignedWords) {
 
 TEST_F(CMathUtilsTest, WordsOutside16BitsOverflow) {
   for (const std::int32_t word : {32768, -32769, 65535, kMostInt32, kLeastInt32}) {
-    EXPECT_EQ(ErrorOf([&] { utils.DWordMake(word, 0); }), kOverflow);
-    EXPECT_EQ(ErrorOf([&] { utils.DWordMake(0, word); }), kOverflow);
+    EXPECT_EQ(RaisedNumber([&] { utils.DWordMake(word, 0); }), kOverflow);
+    EXPECT_EQ(RaisedNumber([&] { utils.DWordMake(0, word); }), kOverflow);
   }
 }
 
@@ -344,7 +337,7 @@ TEST_F(CMathUtilsTest, NumbersAreEqualWithinTheLastDecimalPlace) {
   EXPECT_TRUE(utils.NumbersAreEqual(0.125, 0.125, 300));
 }
 
-TEST_F(CMathUtilsTest, ADifferenceOfExactlyTheToleranceIsEqual) {
+TEST_F(CMathUtilsTest, DeliberateADifferenceOfExactlyTheToleranceIsEqual) {
   EXPECT_TRUE(utils.NumbersAreEqual(0.0, 0.01, 2));
   EXPECT_FALSE(utils.NumbersAreEqual(0.0, std::nextafter(0.01, 1.0), 2));
   EXPECT_TRUE(utils.NumbersAreEqual(0x1.c25c268497682p-44, 0.0, 13));  // 1E-13
@@ -362,20 +355,20 @@ TEST_F(CMathUtilsTest, NumbersAreEqualFollowsTheArithmeticOfVariants) {
   EXPECT_FALSE(utils.NumbersAreEqual(kInfinity, kInfinity, 0));
   fake.locale.decimalSeparator = u',';
   EXPECT_TRUE(utils.NumbersAreEqual(u"1,5", 1.5, 5));
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(u"1.5", 1.5, 5); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, Missing{}, 5); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(Doubles({1}), 1, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(u"1.5", 1.5, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, Missing{}, 5); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(Doubles({1}), 1, 5); }), kTypeMismatch);
 }
 
 TEST_F(CMathUtilsTest, FloatingFaultsOfNumbersAreEqualAreErrors) {
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(kLargest, -kLargest, 0); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, 400); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, 309); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, kMostInt32); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -309); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -323); }), kOverflow);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, -324); }), kDivisionByZero);
-  EXPECT_EQ(ErrorOf([&] { utils.NumbersAreEqual(1, 1, kLeastInt32); }), kDivisionByZero);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(kLargest, -kLargest, 0); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, 400); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, 309); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, kMostInt32); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -309); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -323); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, -324); }), kDivisionByZero);
+  EXPECT_EQ(RaisedNumber([&] { utils.NumbersAreEqual(1, 1, kLeastInt32); }), kDivisionByZero);
   EXPECT_TRUE(utils.NumbersAreEqual(1, 1, 308));
   EXPECT_TRUE(utils.NumbersAreEqual(1, 1E300, -308));
 }
@@ -464,7 +457,7 @@ TEST_F(CMathUtilsTest, ArraysWithoutElementsAreEqual) {
 
 // --- ArrayIsMonotonic1D ----------------------------------------------------------------------------------
 
-class MonotonicTest : public CMathUtilsTest {
+class ArrayIsMonotonic1DTest : public CMathUtilsTest {
  protected:
   /// Whether an array is monotonic; what the status text says then is in `status`.
   bool IsMonotonic(const Variant& array, EMonotonicScale scaleType) {
@@ -477,7 +470,7 @@ class MonotonicTest : public CMathUtilsTest {
   Text status;
 };
 
-TEST_F(MonotonicTest, IsStrict) {
+TEST_F(ArrayIsMonotonic1DTest, IsStrict) {
   struct Row {
     std::vector<double> elements;
     bool rises;
@@ -500,44 +493,44 @@ TEST_F(MonotonicTest, IsStrict) {
   }
 }
 
-TEST_F(MonotonicTest, ElementsFollowTheArithmeticOfVariants) {
+TEST_F(ArrayIsMonotonic1DTest, ElementsFollowTheArithmeticOfVariants) {
   EXPECT_TRUE(IsMonotonic(Variants({true, Variant(), u"0.5", 1}), emsPositive));
   EXPECT_TRUE(IsMonotonic(Variants({kMostInt32, kLeastInt32}), emsNegative));
   EXPECT_TRUE(IsMonotonic(BoundedArray<Text>(std::vector<Text>{u"1", u"20", u"3E1"}), emsPositive));
 }
 
-TEST_F(MonotonicTest, NoElementsAreMonotonic) {
+TEST_F(ArrayIsMonotonic1DTest, NoElementsAreMonotonic) {
   EXPECT_TRUE(IsMonotonic(BoundedArray<double>::Empty(), emsPositive));
   EXPECT_TRUE(IsMonotonic(Doubles({1}, kMostInt32), emsNegative));
   EXPECT_TRUE(IsMonotonic(Variants({u"no number"}), emsNegative));
 }
 
-TEST_F(MonotonicTest, DeliberateOtherScaleTypesDemandNothing) {
+TEST_F(ArrayIsMonotonic1DTest, DeliberateOtherScaleTypesDemandNothing) {
   for (const std::int32_t scaleType : {2, -1, kMostInt32}) {
     EXPECT_TRUE(IsMonotonic(Doubles({0, 2, 1, 1}), static_cast<EMonotonicScale>(scaleType)));
     EXPECT_EQ(status, u"untouched");
   }
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] {
               IsMonotonic(Variants({1, u"x"}), static_cast<EMonotonicScale>(2));
             }),
             kTypeMismatch);
 }
 
-TEST_F(MonotonicTest, NaNsDoNotFail) {
+TEST_F(ArrayIsMonotonic1DTest, NaNsDoNotFail) {
   EXPECT_TRUE(IsMonotonic(Doubles({0, kNaN, 0}), emsPositive));
   EXPECT_TRUE(IsMonotonic(Doubles({-kInfinity, 0, kInfinity}), emsPositive));
 }
 
-TEST_F(MonotonicTest, ErrorsPass) {
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(1.0, emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variant(), emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Variants({1, u"x"}), emsPositive); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(BoundedArray<double>(), emsPositive); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] {
+TEST_F(ArrayIsMonotonic1DTest, ErrorsPass) {
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(1.0, emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Variant(), emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Variants({1, u"x"}), emsPositive); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(BoundedArray<double>(), emsPositive); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
               IsMonotonic(BoundedArray<double>(Bounds{0, 1}, Bounds{0, 1}), emsPositive);
             }),
             kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { IsMonotonic(Doubles({-kLargest, kLargest}), emsPositive); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { IsMonotonic(Doubles({-kLargest, kLargest}), emsPositive); }), kOverflow);
   EXPECT_EQ(status, u"untouched");
   EXPECT_FALSE(IsMonotonic(Variants({2, 1, u"x"}), emsPositive)) << "the first failure ends the scan";
 }
@@ -571,7 +564,7 @@ TEST_F(IsInBoundsTest, FlagsHaveTheirValuesAndCombine) {
   EXPECT_EQ(emsNegative, 1);
 }
 
-TEST_F(IsInBoundsTest, EachModeHasItsOwnWords) {
+TEST_F(IsInBoundsTest, DeliberateInclusiveModesUseTheWordsOfTheExclusiveOnes) {
   EXPECT_EQ(Status(10, 1, 11), u"X must be greater than 11");
   EXPECT_EQ(Status(10.1, 1, 10.2), u"X must be greater than 10.2");
   EXPECT_EQ(Status(10, 2, 9), u"X must be less than 9");
@@ -650,12 +643,12 @@ TEST_F(IsInBoundsTest, NaNsAreNeverOutside) {
 TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
   for (const Variant& bad : {Variant(Missing{}), Variant(Doubles({1})), Variant(ObjectReference())}) {
     for (const std::int32_t mode : {1, 2, 4, 9, 10, 12, 16}) {
-      EXPECT_EQ(ErrorOf([&] { Status(bad, mode, 1, 2); }), kTypeMismatch);
-      EXPECT_EQ(ErrorOf([&] { Status(1, mode, bad, 2); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(bad, mode, 1, 2); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(1, mode, bad, 2); }), kTypeMismatch);
     }
     for (const std::int32_t mode : {4, 12}) {
-      EXPECT_EQ(ErrorOf([&] { Status(2, mode, 1, bad); }), kTypeMismatch);
-      EXPECT_EQ(ErrorOf([&] { Status(0, mode, 1, bad); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(2, mode, 1, bad); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Status(0, mode, 1, bad); }), kTypeMismatch);
     }
     EXPECT_EQ(Status(2, 1, 1, bad), kUntouched);
   }

@@ -323,7 +323,7 @@ TEST_F(CStatisticsTest, ArraysOfOtherShapesAreOutOfRange) {
   }
 }
 
-TEST_F(CStatisticsTest, DeliberateMeanIsTheRunningForm) {
+TEST_F(CStatisticsTest, DeliberateArithmeticMeanIsTheRunningForm) {
   const std::vector<double> values{0.1, 0.2, 0.4};
   EXPECT_EQ(statistics.ArithmeticMean(values), 0x1.ddddddddddddep-3);
   EXPECT_EQ((0.1 + 0.2 + 0.4) / 3.0, 0x1.ddddddddddddfp-3);

@@ -30,7 +30,7 @@ class CTrigonometryTest : public testing::Test {
   CTrigonometry trigonometry{fake.platform};
 };
 
-TEST_F(CTrigonometryTest, PiIsAStoredDouble) {
+TEST_F(CTrigonometryTest, DeliberatePiIsAStoredDoubleALittleBelowPi) {
   const Variant pi = trigonometry.Pi();
   ASSERT_TRUE(pi.Holds<double>());
   EXPECT_EQ(std::bit_cast<std::uint64_t>(pi.As<double>()), 0x400921FB54442D11u);
@@ -98,7 +98,7 @@ TEST_F(CTrigonometryTest, DeliberateArcTan2AddsNoHalfTurnLeftOfTheVerticalAxis) 
   EXPECT_EQ(trigonometry.ArcTan2(-2, 0), 0.0);
 }
 
-TEST_F(CTrigonometryTest, DeliberateDegreesOfPiAre360) {
+TEST_F(CTrigonometryTest, DeliberateDegreesOfPiAre360AndRadiansTheInverse) {
   EXPECT_EQ(trigonometry.Degrees(kP), 360.0);
   EXPECT_EQ(trigonometry.Degrees(1), 0x1.ca5dc1a63c200p+6);
   EXPECT_EQ(trigonometry.Degrees(0.1), 0x1.6eb167b83019ap+3);

@@ -48,7 +48,7 @@ struct Implementation {
 
 class SettingsContractTest : public ::testing::TestWithParam<Implementation> {
  protected:
-  // The store of the real system outlives the test: each has a section of its own.
+  // The store of the real system is that of all tests of the program: each has a section of its own.
   Text Get(TextView key) const { return settings_.Get(kApplication, section_, key, u"default"); }
   void Set(TextView key, TextView value) { settings_.Set(kApplication, section_, key, value); }
 

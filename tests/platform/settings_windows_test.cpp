@@ -11,7 +11,6 @@
 namespace vorquill21 {
 namespace {
 
-/// Works below an application name of its own, which is removed from the registry again.
 class WindowsSettingsTest : public ::testing::Test {
  protected:
   WindowsSettingsTest()

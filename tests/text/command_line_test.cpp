@@ -68,7 +68,7 @@ TEST_F(CommandLineTest, BlanksSeparateArgumentsAndQuotesHoldThemTogether) {
   for (const Row& row : rows) EXPECT_EQ(Parse(row.line), List(row.arguments)) << ToUtf8(row.line);
 }
 
-TEST_F(CommandLineTest, DeliberateElementZeroIsAlwaysThereAndEmpty) {
+TEST_F(CommandLineTest, DeliberateCommandLineArgumentsParseBeginsWithAnEmptyElement) {
   for (const TextView line : {u"", u"a b"}) {
     EXPECT_EQ(ArrayBounds(Parse(line)).lower, 0);
     EXPECT_TRUE(ArrayElement(Parse(line), 0).IsEmpty());
@@ -76,19 +76,19 @@ TEST_F(CommandLineTest, DeliberateElementZeroIsAlwaysThereAndEmpty) {
   EXPECT_EQ(ArrayBounds(Parse(u"")).upper, 0);
 }
 
-TEST_F(CommandLineTest, DeliberateAnEmptyPairOfQuotesIsAnEmptyVariant) {
+TEST_F(CommandLineTest, DeliberateCommandLineArgumentsParseMakesEmptyQuotesAnEmptyVariant) {
   EXPECT_EQ(Parse(u"\"\" x"), List({Variant(), u"x"}));
   EXPECT_TRUE(ArrayElement(Parse(u"\"\""), 1).IsEmpty());
   EXPECT_EQ(Parse(u"\""), List({Variant()}));
 }
 
-TEST_F(CommandLineTest, DeliberateQuotesWithinAnArgumentMeanNothing) {
+TEST_F(CommandLineTest, DeliberateCommandLineArgumentsParseLeavesOutQuotesWithinAnArgument) {
   EXPECT_EQ(Parse(u"ab\"c d\""), List({u"abc", u"d"}));
   EXPECT_EQ(Parse(u"a\"\"b"), List({u"ab"}));
   EXPECT_EQ(Parse(u"/f=\"a b\""), List({u"/f=a", u"b"}));
 }
 
-TEST_F(CommandLineTest, DeliberateAnArgumentMayFollowAQuotedOneWithoutABlank) {
+TEST_F(CommandLineTest, DeliberateCommandLineArgumentsParseNeedsNoBlankBehindAQuotedArgument) {
   EXPECT_EQ(Parse(u"\"a\"b"), List({u"a", u"b"}));
   EXPECT_EQ(Parse(u"\"a\"\"b\""), List({u"a", u"b"}));
 }
@@ -160,7 +160,7 @@ TEST_F(CommandLineTest, AnArgumentIsFoundAsAWholeIgnoringCase) {
   }
 }
 
-TEST_F(CommandLineTest, DeliberateTheEmptyNameIsFoundAtElementZero) {
+TEST_F(CommandLineTest, DeliberateCommandLineArgumentIndexFindsTheEmptyNameAtElementZero) {
   EXPECT_EQ(strings.CommandLineArgumentIndex(Parse(u"a \"\" b"), u""), 0);
   EXPECT_EQ(strings.CommandLineArgumentIndex(Parse(u""), u""), 0);
 }

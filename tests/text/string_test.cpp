@@ -7,20 +7,16 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_number.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string_self_test.hpp"
 
 namespace vorquill21 {
 namespace {
 
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
-}
+using test::RaisedNumber;
+using test::ReplaceMultiStepByStep;
+using test::SplitStepByStep;
 
 Variant Texts(std::vector<Text> elements) {
   return BoundedArray<Text>(std::move(elements));
@@ -126,26 +122,6 @@ TEST_F(CStringTest, DeliberateReplaceMultiRemovesDoublesBeforeItReplaces) {
   EXPECT_EQ(strings.ReplaceMulti(u"ababababab", u"abab", u"x"), u"xab");
 }
 
-Text ReplaceAll(TextView text, TextView find, TextView replacement) {
-  Text result;
-  std::size_t from = 0;
-  for (std::size_t at; (at = text.find(find, from)) != TextView::npos; from = at + find.size()) {
-    result.append(text.substr(from, at - from)).append(replacement);
-  }
-  return result.append(text.substr(from));
-}
-
-/// The steps as they are prescribed, pass by pass.
-Text ReplaceMultiStepByStep(TextView original, TextView find, TextView replacement) {
-  Text text(original);
-  if (find.empty()) return text;
-  for (Text before; before != text;) {
-    before = text;
-    text = ReplaceAll(before, Text(find).append(find), find);
-  }
-  return ReplaceAll(text, find, replacement);
-}
-
 /// Number `index` of the texts of `length` units out of "a" and "b".
 Text TextOfTwoLetters(unsigned index, std::size_t length) {
   Text text;
@@ -227,7 +203,7 @@ TEST_F(CStringTest, RTrimMultiReadsTheBoundsOfTheSet) {
 
 TEST_F(CStringTest, DeliberateRTrimMultiRemovesTwoCharactersWhenTwoEntriesEqualTheLast) {
   EXPECT_EQ(strings.RTrimMulti(u"abcx", BoundedArray<Variant>({Variant(u"x"), Variant(u"x")})), u"ab");
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] {
               strings.RTrimMulti(u"x", BoundedArray<Variant>({Variant(u"x"), Variant(u"x")}));
             }),
             kInvalidProcedureCall);
@@ -237,8 +213,8 @@ TEST_F(CStringTest, RTrimMultiOfTheEmptyTextWithAnEmptyEntryIsAnError) {
   for (const Variant& empty : {Variant(u""), Variant()}) {
     const BoundedArray<Variant> set({empty});
     const BoundedArray<Variant> setWithBlank({Variant(u" "), empty});
-    EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"", set); }), kInvalidProcedureCall);
-    EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"  ", setWithBlank); }), kInvalidProcedureCall);
+    EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"", set); }), kInvalidProcedureCall);
+    EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"  ", setWithBlank); }), kInvalidProcedureCall);
     EXPECT_EQ(strings.RTrimMulti(u"x  ", setWithBlank), u"x");
   }
 }
@@ -250,12 +226,12 @@ TEST_F(CStringTest, RTrimMultiEntriesThatAreNumbersEqualNoText) {
 }
 
 TEST_F(CStringTest, RTrimMultiEntriesThatCannotBeComparedAreErrors) {
-  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variant(Missing{})})); }),
+  EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variant(Missing{})})); }),
             kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variants({u"a"})})); }),
+  EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variants({u"a"})})); }),
             kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>()); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>()); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
               strings.RTrimMulti(u"a", BoundedArray<Variant>(Bounds{0, 1}, Bounds{0, 1}));
             }),
             kSubscriptOutOfRange);
@@ -296,10 +272,11 @@ TEST_F(CStringTest, Split5OfTheEmptyTextIsOneEmptyElement) {
   EXPECT_EQ(strings.Split5(u"", u"", 0, 7, true), Texts({u""}));
 }
 
-TEST_F(CStringTest, Split5WithoutElementsIsOutOfRange) {
-  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u" ", 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a", u"", 0, 7, true); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"   ", u" ", -1, kCompareExact, true); }), kSubscriptOutOfRange);
+TEST_F(CStringTest, DeliberateSplit5WithoutElementsIsOutOfRange) {
+  EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"a", u" ", 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"a", u"", 0, 7, true); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"   ", u" ", -1, kCompareExact, true); }),
+            kSubscriptOutOfRange);
 }
 
 TEST_F(CStringTest, Split5ComparesIgnoringCaseWhenAskedTo) {
@@ -311,28 +288,15 @@ TEST_F(CStringTest, Split5ComparesIgnoringCaseWhenAskedTo) {
 
 TEST_F(CStringTest, Split5WithAnotherCompareMethodIsAnError) {
   for (const std::int32_t method : {2, -1, std::numeric_limits<std::int32_t>::min()}) {
-    EXPECT_EQ(ErrorOf([&] { strings.Split5(u"a b", u" ", -1, method); }), kInvalidProcedureCall);
+    EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"a b", u" ", -1, method); }), kInvalidProcedureCall);
   }
 }
 
 TEST_F(CStringTest, DeliberateSplit5AtTheEmptyDelimiterFillsUpToTheLimit) {
   EXPECT_EQ(strings.Split5(u"abc", u"", 3), Texts({u"", u"", u""}));
-  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"abc", u""); }), kInvalidProcedureCall);
-  EXPECT_EQ(ErrorOf([&] { strings.Split5(u"abc", u"", 3, kCompareExact, true); }), kInvalidProcedureCall);
-}
-
-/// The elements as the steps of Split5 give them, one search at a time.
-std::vector<Text> Split5StepByStep(const Text& text, const Text& delimiter, std::int32_t limit,
-                                   bool skipEmpty) {
-  std::vector<Text> elements;
-  std::size_t from = 0;
-  while (from < text.size() && static_cast<std::int64_t>(elements.size()) != limit) {
-    std::size_t found = text.find(delimiter, from);
-    if (found == Text::npos) found = text.size();
-    if (!(skipEmpty && found == from)) elements.push_back(text.substr(from, found - from));
-    from = found + delimiter.size();
-  }
-  return elements;
+  EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"abc", u""); }), kInvalidProcedureCall);
+  EXPECT_EQ(RaisedNumber([&] { strings.Split5(u"abc", u"", 3, kCompareExact, true); }),
+            kInvalidProcedureCall);
 }
 
 TEST_F(CStringTest, SplitsFollowTheStepsForRandomTextsOfEveryLength) {
@@ -344,15 +308,16 @@ TEST_F(CStringTest, SplitsFollowTheStepsForRandomTextsOfEveryLength) {
     const Text delimiter = TextOfTwoLetters(random.Below(16), 1 + random.Below(4));
     const auto limit = static_cast<std::int32_t>(random.Below(20)) - 10;
     const bool skipEmpty = random.Below(2) == 0;
-    const std::vector<Text> expected = Split5StepByStep(text, delimiter, limit, skipEmpty);
+    const std::vector<Text> expected = SplitStepByStep(text, delimiter, limit, skipEmpty);
     if (expected.empty()) {
-      ASSERT_EQ(ErrorOf([&] { strings.Split5(text, delimiter, limit, 0, skipEmpty); }), kSubscriptOutOfRange);
+      ASSERT_EQ(RaisedNumber([&] { strings.Split5(text, delimiter, limit, 0, skipEmpty); }),
+                kSubscriptOutOfRange);
     } else {
       ASSERT_EQ(strings.Split5(text, delimiter, limit, 0, skipEmpty), Texts(expected));
       ASSERT_EQ(strings.Split5(text, UpperCase(delimiter), limit, 1, skipEmpty), Texts(expected));
     }
 
-    std::vector<Text> everywhere = Split5StepByStep(text, delimiter, -1, false);
+    std::vector<Text> everywhere = SplitStepByStep(text, delimiter, -1, false);
     std::size_t units = everywhere.size() * delimiter.size();
     for (const Text& element : everywhere) units += element.size();
     if (units == text.size()) everywhere.emplace_back();  // the last element is followed by a delimiter

@@ -7,23 +7,17 @@
 #include <span>
 #include <vector>
 
+#include "tests/support/raised_number.hpp"
+
 namespace vorquill21 {
 namespace {
+
+using test::RaisedNumber;
 
 using View = ArrayView<const double>;
 
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 /// What a method does with what it is passed.
 const double* DataOf(View view) {
@@ -71,7 +65,7 @@ TEST(ArrayViewTest, IndicesOutsideTheBoundsAreSubscriptErrors) {
   const double elements[] = {1, 2};
   const View view(elements, 2, 5);
   for (const std::int32_t index : {kLeast, 0, 4, 7, kMost}) {
-    EXPECT_EQ(ErrorOf([&] { view(index); }), kSubscriptOutOfRange) << index;
+    EXPECT_EQ(RaisedNumber([&] { view(index); }), kSubscriptOutOfRange) << index;
   }
 }
 
@@ -79,8 +73,8 @@ TEST(ArrayViewTest, BoundsMayLieAtTheEndsOfTheRangeButNotBeyond) {
   const double elements[] = {1, 2};
   EXPECT_EQ(View(elements, 2, kMost - 1)(kMost), 2);
   EXPECT_EQ(View(elements, 2, kLeast)(kLeast + 1), 2);
-  EXPECT_EQ(ErrorOf([&] { View(elements, 2, kMost); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { View(elements, 2, kLeast)(kMost); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { View(elements, 2, kMost); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { View(elements, 2, kLeast)(kMost); }), kSubscriptOutOfRange);
 }
 
 TEST(ArrayViewTest, NoElementsMeansTheBoundsZeroToMinusOne) {
@@ -89,7 +83,7 @@ TEST(ArrayViewTest, NoElementsMeansTheBoundsZeroToMinusOne) {
   ExpectView(BoundedArray<double>::Empty(), 0, -1);
   ExpectView(View(nullptr, 0, 5), 0, -1);
   ExpectView(View(nullptr, 0, kLeast), 0, -1);
-  EXPECT_EQ(ErrorOf([&] { View(std::span<const double>())(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { View(std::span<const double>())(0); }), kSubscriptOutOfRange);
 }
 
 TEST(ArrayViewTest, AnArrayOfNoOrSeveralDimensionsIsAnErrorAtTheFirstQuestion) {
@@ -97,10 +91,10 @@ TEST(ArrayViewTest, AnArrayOfNoOrSeveralDimensionsIsAnErrorAtTheFirstQuestion) {
                                          BoundedArray<double>({0, 1}, {0, 1}, {0, 1})};
   for (const BoundedArray<double>& array : arrays) {
     const View view(array);
-    EXPECT_EQ(ErrorOf([&] { view.LowerBound(); }), kSubscriptOutOfRange);
-    EXPECT_EQ(ErrorOf([&] { view.UpperBound(); }), kSubscriptOutOfRange);
-    EXPECT_EQ(ErrorOf([&] { view(0); }), kSubscriptOutOfRange);
-    EXPECT_EQ(ErrorOf([&] { view.Elements(); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { view.LowerBound(); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { view.UpperBound(); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { view(0); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { view.Elements(); }), kSubscriptOutOfRange);
   }
 }
 

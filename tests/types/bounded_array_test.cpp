@@ -9,23 +9,16 @@
 #include <numeric>
 #include <vector>
 
+#include "tests/support/raised_number.hpp"
 #include "vorquill21/frame/types/text.hpp"
 
 namespace vorquill21 {
 namespace {
 
+using test::RaisedNumber;
+
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 /// 0, 1, 2, ... in storage order.
 template <typename... AllBounds>
@@ -48,13 +41,13 @@ TEST(BoundedArrayTest, ANewArrayWasNeverDimensioned) {
   EXPECT_EQ(array.Rank(), 0);
   EXPECT_TRUE(array.Elements().empty());
   for (const int dimension : {-1, 0, 1, 2, 3, 4}) {
-    EXPECT_EQ(ErrorOf([&] { array.LowerBound(dimension); }), kSubscriptOutOfRange) << dimension;
-    EXPECT_EQ(ErrorOf([&] { array.UpperBound(dimension); }), kSubscriptOutOfRange) << dimension;
-    EXPECT_EQ(ErrorOf([&] { array.BoundsOf(dimension); }), kSubscriptOutOfRange) << dimension;
+    EXPECT_EQ(RaisedNumber([&] { array.LowerBound(dimension); }), kSubscriptOutOfRange) << dimension;
+    EXPECT_EQ(RaisedNumber([&] { array.UpperBound(dimension); }), kSubscriptOutOfRange) << dimension;
+    EXPECT_EQ(RaisedNumber([&] { array.BoundsOf(dimension); }), kSubscriptOutOfRange) << dimension;
   }
-  EXPECT_EQ(ErrorOf([&] { array(0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { array(0, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { array(0, 0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { array(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { array(0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { array(0, 0, 0); }), kSubscriptOutOfRange);
 }
 
 TEST(BoundedArrayTest, BoundsArePartOfTheValue) {
@@ -72,7 +65,7 @@ TEST(BoundedArrayTest, BoundsArePartOfTheValue) {
   EXPECT_EQ(three.UpperBound(3), 9);
   EXPECT_EQ(three.Elements().size(), 30u);
   for (const int dimension : {-1, 0, 4}) {
-    EXPECT_EQ(ErrorOf([&] { three.BoundsOf(dimension); }), kSubscriptOutOfRange) << dimension;
+    EXPECT_EQ(RaisedNumber([&] { three.BoundsOf(dimension); }), kSubscriptOutOfRange) << dimension;
   }
 }
 
@@ -116,28 +109,28 @@ TEST(BoundedArrayTest, ElementsCanBeChanged) {
 TEST(BoundedArrayTest, EveryAccessChecksItsIndices) {
   const BoundedArray<double> one(Bounds{-2, 2});
   for (const std::int32_t i : {kLeast, -3, 3, kMost}) {
-    EXPECT_EQ(ErrorOf([&] { one(i); }), kSubscriptOutOfRange) << i;
+    EXPECT_EQ(RaisedNumber([&] { one(i); }), kSubscriptOutOfRange) << i;
   }
   const BoundedArray<double> two({0, 1}, {0, 2});
-  EXPECT_EQ(ErrorOf([&] { two(0, 3); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { two(2, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { two(-1, 2); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two(0, 3); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two(2, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two(-1, 2); }), kSubscriptOutOfRange);
   const BoundedArray<double> three({0, 1}, {0, 1}, {0, 1});
-  EXPECT_EQ(ErrorOf([&] { three(0, 0, 2); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { three(0, 2, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { three(2, 0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { three(0, 0, 2); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { three(0, 2, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { three(2, 0, 0); }), kSubscriptOutOfRange);
 }
 
 TEST(BoundedArrayTest, AWrongNumberOfIndicesIsASubscriptError) {
   const BoundedArray<double> one(Bounds{0, 1});
   const BoundedArray<double> two({0, 1}, {0, 1});
   const BoundedArray<double> three({0, 1}, {0, 1}, {0, 1});
-  EXPECT_EQ(ErrorOf([&] { one(0, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { one(0, 0, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { two(0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { two(0, 0, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { three(0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { three(0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { one(0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { one(0, 0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two(0, 0, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { three(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { three(0, 0); }), kSubscriptOutOfRange);
 }
 
 TEST(BoundedArrayTest, BoundsMayLieAtTheEndsOfTheRange) {
@@ -145,27 +138,30 @@ TEST(BoundedArrayTest, BoundsMayLieAtTheEndsOfTheRange) {
   low(kLeast) = 1;
   low(kLeast + 1) = 2;
   EXPECT_EQ(low.Elements()[1], 2);
-  EXPECT_EQ(ErrorOf([&] { low(kMost); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { low(kMost); }), kSubscriptOutOfRange);
 
   BoundedArray<double> high(Bounds{kMost, kMost});
   high(kMost) = 3;
   EXPECT_EQ(high.Elements()[0], 3);
-  EXPECT_EQ(ErrorOf([&] { high(kLeast); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { high(kLeast); }), kSubscriptOutOfRange);
 }
 
 TEST(BoundedArrayTest, AnUpperBoundBelowTheLowerIsASubscriptError) {
   for (const Bounds bounds : {Bounds{0, -1}, Bounds{1, 0}, Bounds{kMost, kLeast}}) {
-    EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array(bounds); }), kSubscriptOutOfRange);
-    EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array({0, 1}, bounds); }), kSubscriptOutOfRange);
-    EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array({0, 1}, {0, 1}, bounds); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { BoundedArray<double> array(bounds); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { BoundedArray<double> array({0, 1}, bounds); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] {
+                BoundedArray<double> array({0, 1}, {0, 1}, bounds);
+              }),
+              kSubscriptOutOfRange);
   }
 }
 
 TEST(BoundedArrayTest, MoreElementsThanMemoryHoldsIsAMemoryError) {
   const Bounds all{kLeast, kMost};
-  EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array(all, all); }), kOutOfMemory);
-  EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array(all, all, all); }), kOutOfMemory);
-  EXPECT_EQ(ErrorOf([&] { BoundedArray<double> array(all, {0, 1 << 29}); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { BoundedArray<double> array(all, all); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { BoundedArray<double> array(all, all, all); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { BoundedArray<double> array(all, {0, 1 << 29}); }), kOutOfMemory);
 }
 
 TEST(BoundedArrayTest, TheEmptyArrayHasTheBoundsZeroToMinusOne) {
@@ -174,9 +170,9 @@ TEST(BoundedArrayTest, TheEmptyArrayHasTheBoundsZeroToMinusOne) {
   EXPECT_EQ(empty.LowerBound(), 0);
   EXPECT_EQ(empty.UpperBound(), -1);
   EXPECT_TRUE(empty.Elements().empty());
-  EXPECT_EQ(ErrorOf([&] { empty(0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { empty(-1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { empty.BoundsOf(2); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { empty(0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { empty(-1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { empty.BoundsOf(2); }), kSubscriptOutOfRange);
   EXPECT_NE(empty, BoundedArray<Text>());
 }
 
@@ -193,7 +189,7 @@ TEST(BoundedArrayTest, TakesOverTheElementsOfAVector) {
 TEST(BoundedArrayTest, AVectorMayReachTheEndsOfTheRangeButNotBeyond) {
   EXPECT_EQ(BoundedArray<double>(std::vector<double>{1, 2}, kMost - 1).UpperBound(), kMost);
   EXPECT_EQ(BoundedArray<double>(std::vector<double>{1, 2}, kLeast).UpperBound(), kLeast + 1);
-  EXPECT_EQ(ErrorOf([&] {
+  EXPECT_EQ(RaisedNumber([&] {
               BoundedArray<double> array(std::vector<double>{1, 2}, kMost);
             }),
             kSubscriptOutOfRange);
@@ -218,9 +214,9 @@ TEST(BoundedArrayTest, AfterAFailedReDimTheArrayIsAsItWas) {
   auto array = Numbered(Bounds{1, 2}, Bounds{1, 2});
   const auto before = array;
   const Bounds all{kLeast, kMost};
-  EXPECT_EQ(ErrorOf([&] { array.ReDim({0, -1}); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { array.ReDim({0, 1}, {1, 0}); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { array.ReDim(all, all); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDim({0, -1}); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDim({0, 1}, {1, 0}); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDim(all, all); }), kOutOfMemory);
   EXPECT_EQ(array, before);
 }
 
@@ -248,16 +244,16 @@ TEST(BoundedArrayTest, ReDimPreserveDimensionsANewArrayFromZero) {
 
 TEST(BoundedArrayTest, AfterAFailedReDimPreserveTheArrayIsAsItWas) {
   BoundedArray<double> never;
-  EXPECT_EQ(ErrorOf([&] { never.ReDimPreserve(-1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { never.ReDimPreserve(-1); }), kSubscriptOutOfRange);
   EXPECT_EQ(never.Rank(), 0);
 
   auto one = Numbered(Bounds{2, 4});
   const auto before = one;
-  EXPECT_EQ(ErrorOf([&] { one.ReDimPreserve(1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { one.ReDimPreserve(1); }), kSubscriptOutOfRange);
   EXPECT_EQ(one, before);
 
   auto two = Numbered(Bounds{0, 1}, Bounds{0, 1});
-  EXPECT_EQ(ErrorOf([&] { two.ReDimPreserve(5); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { two.ReDimPreserve(5); }), kSubscriptOutOfRange);
   EXPECT_EQ(two, Numbered(Bounds{0, 1}, Bounds{0, 1}));
 }
 
@@ -273,16 +269,16 @@ struct ScarceElement {
 TEST(BoundedArrayTest, MemoryThatRunsOutIsAMemoryErrorAndLeavesTheArrayAsItWas) {
   ScarceElement::left = 5;
   BoundedArray<ScarceElement> array({1, 2});
-  EXPECT_EQ(ErrorOf([&] { array.ReDim({0, 9}); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDim({0, 9}); }), kOutOfMemory);
   ScarceElement::left = 2;
-  EXPECT_EQ(ErrorOf([&] { array.ReDimPreserve(9); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDimPreserve(9); }), kOutOfMemory);
   EXPECT_EQ(array.BoundsOf(1), (Bounds{1, 2}));
   EXPECT_EQ(array.Elements().size(), 2u);
 }
 
 TEST(BoundedArrayTest, ReDimPreserveBeyondMemoryIsAMemoryError) {
   BoundedArray<std::array<char, PTRDIFF_MAX / 65536>> array;
-  EXPECT_EQ(ErrorOf([&] { array.ReDimPreserve(kMost); }), kOutOfMemory);
+  EXPECT_EQ(RaisedNumber([&] { array.ReDimPreserve(kMost); }), kOutOfMemory);
   EXPECT_EQ(array.Rank(), 0);
 }
 

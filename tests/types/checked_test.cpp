@@ -5,22 +5,16 @@
 #include <cmath>
 #include <limits>
 
+#include "tests/support/raised_number.hpp"
+
 namespace vorquill21 {
 namespace {
+
+using test::RaisedNumber;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargest = std::numeric_limits<double>::max();
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 TEST(CheckedTest, FiniteResultsPass) {
   EXPECT_EQ(Checked(3.0, 1.0, 2.0), 3.0);
@@ -30,12 +24,12 @@ TEST(CheckedTest, FiniteResultsPass) {
 }
 
 TEST(CheckedTest, InfinityOfFiniteOperandsIsAnOverflow) {
-  EXPECT_EQ(ErrorOf([] { Checked(kInfinity, kLargest, kLargest); }), kOverflow);
-  EXPECT_EQ(ErrorOf([] { Checked(-kInfinity, -kLargest, kLargest, 1.0); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { Checked(kInfinity, kLargest, kLargest); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { Checked(-kInfinity, -kLargest, kLargest, 1.0); }), kOverflow);
 }
 
 TEST(CheckedTest, NanOfFiniteOperandsIsAnInvalidOperation) {
-  EXPECT_EQ(ErrorOf([] { Checked(kNan, -1.0); }), kInvalidProcedureCall);
+  EXPECT_EQ(RaisedNumber([] { Checked(kNan, -1.0); }), kInvalidProcedureCall);
 }
 
 TEST(CheckedTest, OperandsThatAreNotFinitePassThrough) {
@@ -53,13 +47,13 @@ TEST(CheckedTest, QuotientsAreDividedOnce) {
 TEST(CheckedTest, AZeroDivisorIsADivisionByZeroWhateverTheDividend) {
   for (const double dividend : {0.0, -0.0, 1.0, -kLargest}) {
     for (const double zero : {0.0, -0.0}) {
-      EXPECT_EQ(ErrorOf([=] { CheckedQuotient(dividend, zero); }), kDivisionByZero) << dividend;
+      EXPECT_EQ(RaisedNumber([=] { CheckedQuotient(dividend, zero); }), kDivisionByZero) << dividend;
     }
   }
 }
 
 TEST(CheckedTest, QuotientsBeyondTheLargestDoubleOverflow) {
-  EXPECT_EQ(ErrorOf([] { CheckedQuotient(kLargest, 0.5); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { CheckedQuotient(kLargest, 0.5); }), kOverflow);
 }
 
 TEST(CheckedTest, QuotientsOfOperandsThatAreNotFinitePassThrough) {
@@ -75,7 +69,7 @@ TEST(CheckedTest, IntegersWithin32BitsPass) {
   }
   for (const std::int64_t value :
        {std::int64_t{-2147483649}, std::int64_t{2147483648}, INT64_MIN, INT64_MAX}) {
-    EXPECT_EQ(ErrorOf([=] { CheckedInt32(value); }), kOverflow) << value;
+    EXPECT_EQ(RaisedNumber([=] { CheckedInt32(value); }), kOverflow) << value;
   }
 }
 
@@ -104,7 +98,7 @@ TEST(CheckedTest, RoundsToTheNearestIntegerAHalfToEven) {
 TEST(CheckedTest, RoundingBeyond32BitsOverflows) {
   for (const double value :
        {2147483647.5, 2147483648.0, -2147483648.51, 1e300, -1e300, kInfinity, -kInfinity, kNan}) {
-    EXPECT_EQ(ErrorOf([=] { RoundedInt32(value); }), kOverflow) << value;
+    EXPECT_EQ(RaisedNumber([=] { RoundedInt32(value); }), kOverflow) << value;
   }
 }
 

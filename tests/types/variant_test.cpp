@@ -8,24 +8,18 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/support/raised_number.hpp"
+
 namespace vorquill21 {
 namespace {
+
+using test::RaisedNumber;
 
 constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
 constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
 constexpr double kLargest = std::numeric_limits<double>::max();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-
-template <typename Operation>
-std::int32_t ErrorOf(Operation operation) {
-  try {
-    operation();
-  } catch (const LibraryError& error) {
-    return error.Number();
-  }
-  return 0;
-}
 
 /// One value of each kind that is no number, whatever its content.
 std::vector<Variant> NoScalars() {
@@ -93,9 +87,9 @@ TEST(VariantTest, AsOfAnotherKindIsATypeMismatch) {
   Variant value(u"text");
   value.As<Text>().push_back(u's');
   EXPECT_EQ(std::as_const(value).As<Text>(), u"texts");
-  EXPECT_EQ(ErrorOf([&] { value.As<double>(); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([&] { std::as_const(value).As<std::int32_t>(); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([] { Variant().As<Text>(); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { value.As<double>(); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { std::as_const(value).As<std::int32_t>(); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([] { Variant().As<Text>(); }), kTypeMismatch);
 }
 
 TEST(VariantTest, EqualMeansSameKindAndSameValue) {
@@ -132,15 +126,15 @@ TEST(VariantConversionTest, NumbersOfEveryScalar) {
 
 TEST(VariantConversionTest, WhatIsNoNumberIsATypeMismatch) {
   for (const TextView text : {u"", u" ", u"abc", u"1x", u"1,5", u"True", u"&H1", u"1E999"}) {
-    EXPECT_EQ(ErrorOf([=] { ToDouble(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
-    EXPECT_EQ(ErrorOf([=] { ToSingle(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
-    EXPECT_EQ(ErrorOf([=] { ToInt32(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
+    EXPECT_EQ(RaisedNumber([=] { ToDouble(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
+    EXPECT_EQ(RaisedNumber([=] { ToSingle(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
+    EXPECT_EQ(RaisedNumber([=] { ToInt32(text, u'.'); }), kTypeMismatch) << ToUtf8(text);
   }
   for (const Variant& value : NoScalars()) {
-    EXPECT_EQ(ErrorOf([&] { ToDouble(value, u'.'); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ToSingle(value, u'.'); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ToInt32(value, u'.'); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ToText(value, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ToDouble(value, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ToSingle(value, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ToInt32(value, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ToText(value, u'.'); }), kTypeMismatch);
   }
 }
 
@@ -150,8 +144,8 @@ TEST(VariantConversionTest, SinglePrecisionRoundsAndOverflows) {
   EXPECT_EQ(ToSingle(u"2.5", u'.'), 2.5f);
   EXPECT_EQ(ToSingle(true, u'.'), -1.0f);
   EXPECT_EQ(ToSingle(3.4028234663852886e38, u'.'), std::numeric_limits<float>::max());
-  EXPECT_EQ(ErrorOf([] { ToSingle(1e39, u'.'); }), kOverflow);
-  EXPECT_EQ(ErrorOf([] { ToSingle(-1e39, u'.'); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { ToSingle(1e39, u'.'); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { ToSingle(-1e39, u'.'); }), kOverflow);
   EXPECT_EQ(ToSingle(-kInfinity, u'.'), -std::numeric_limits<float>::infinity());
   EXPECT_TRUE(std::isnan(ToSingle(kNan, u'.')));
 }
@@ -169,9 +163,9 @@ TEST(VariantConversionTest, IntegersRoundAHalfToEven) {
 
 TEST(VariantConversionTest, IntegersBeyond32BitsOverflow) {
   for (const double value : {2147483647.5, -2147483649.0, 1e300, kInfinity, kNan}) {
-    EXPECT_EQ(ErrorOf([=] { ToInt32(value, u'.'); }), kOverflow) << value;
+    EXPECT_EQ(RaisedNumber([=] { ToInt32(value, u'.'); }), kOverflow) << value;
   }
-  EXPECT_EQ(ErrorOf([] { ToInt32(u"2147483648", u'.'); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { ToInt32(u"2147483648", u'.'); }), kOverflow);
 }
 
 TEST(VariantConversionTest, TextsOfEveryScalar) {
@@ -226,18 +220,18 @@ TEST(VariantSubtractTest, OtherwiseDoublesAreSubtracted) {
 }
 
 TEST(VariantSubtractTest, FiniteDoublesMayOverflow) {
-  EXPECT_EQ(ErrorOf([] { Subtract(kLargest, -kLargest, u'.'); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([] { Subtract(kLargest, -kLargest, u'.'); }), kOverflow);
   EXPECT_EQ(Subtract(kInfinity, kLargest, u'.'), Variant(kInfinity));
   EXPECT_TRUE(std::isnan(Subtract(kInfinity, kInfinity, u'.').As<double>()));
 }
 
 TEST(VariantSubtractTest, WhatIsNoNumberIsATypeMismatch) {
   for (const Variant& value : NoScalars()) {
-    EXPECT_EQ(ErrorOf([&] { Subtract(value, 1, u'.'); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { Subtract(1, value, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { Subtract(value, 1, u'.'); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { Subtract(1, value, u'.'); }), kTypeMismatch);
   }
-  EXPECT_EQ(ErrorOf([] { Subtract(u"abc", 1, u'.'); }), kTypeMismatch);
-  EXPECT_EQ(ErrorOf([] { Subtract(1, u"", u'.'); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([] { Subtract(u"abc", 1, u'.'); }), kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([] { Subtract(1, u"", u'.'); }), kTypeMismatch);
 }
 
 // --- Comparison ------------------------------------------------------------------------------------------
@@ -290,8 +284,8 @@ TEST(VariantCompareTest, ANanIsUnordered) {
 TEST(VariantCompareTest, WhatIsNoScalarIsATypeMismatch) {
   for (const Variant& value : NoScalars()) {
     for (const Variant& other : {Variant(), Variant(1), Variant(u"text"), value}) {
-      EXPECT_EQ(ErrorOf([&] { Compare(value, other); }), kTypeMismatch);
-      EXPECT_EQ(ErrorOf([&] { Compare(other, value); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Compare(value, other); }), kTypeMismatch);
+      EXPECT_EQ(RaisedNumber([&] { Compare(other, value); }), kTypeMismatch);
     }
   }
 }
@@ -320,22 +314,22 @@ TEST(VariantArrayTest, ElementsOfEveryKindOfArrayAreVariants) {
 
 TEST(VariantArrayTest, IndicesAndDimensionsOutsideAreSubscriptErrors) {
   const Variant array = BoundedArray<double>({1, 2}, {1, 2});
-  EXPECT_EQ(ErrorOf([&] { ArrayElement(array, 1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { ArrayElement(array, 0, 1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { ArrayElement(array, 1, 1, 1); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { ArrayBounds(array, 0); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { ArrayBounds(array, 3); }), kSubscriptOutOfRange);
-  EXPECT_EQ(ErrorOf([&] { ArrayBounds(BoundedArray<Variant>()); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayElement(array, 1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayElement(array, 0, 1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayElement(array, 1, 1, 1); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayBounds(array, 0); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayBounds(array, 3); }), kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] { ArrayBounds(BoundedArray<Variant>()); }), kSubscriptOutOfRange);
 }
 
 TEST(VariantArrayTest, AValueThatIsNoArrayIsATypeMismatch) {
   for (const Variant& value :
        {Variant(), Variant(Missing{}), Variant(1), Variant(u"text"), Variant(ObjectReference())}) {
-    EXPECT_EQ(ErrorOf([&] { ArrayRank(value); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ArrayBounds(value); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ArrayElement(value, 0); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ArrayElement(value, 0, 0); }), kTypeMismatch);
-    EXPECT_EQ(ErrorOf([&] { ArrayElement(value, 0, 0, 0); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ArrayRank(value); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ArrayBounds(value); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ArrayElement(value, 0); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ArrayElement(value, 0, 0); }), kTypeMismatch);
+    EXPECT_EQ(RaisedNumber([&] { ArrayElement(value, 0, 0, 0); }), kTypeMismatch);
   }
 }
 

@@ -6,6 +6,7 @@
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/number_text.hpp"
+#include "vorquill21/import/column_reader.hpp"
 #include "vorquill21/import/field_splitter.hpp"
 #include "vorquill21/import/line_encoding.hpp"
 #include "vorquill21/import/line_reader.hpp"
@@ -42,21 +43,6 @@ void ReportIgnoredColumns(std::int32_t maxColumns, Text* status) {
   if (status == nullptr) return;
   *status = u"Maximum number of data columns exceeded. Columns " + NumberToText(maxColumns) +
             u" and above will be ignored.";
-}
-
-/// Reads the first `columnCount` fields of each line, up to the first line that has fewer.
-template <typename Lines, typename Splitter>
-std::vector<std::vector<double>> ReadColumns(Lines& lines, const Splitter& splitter,
-                                             std::size_t columnCount) {
-  std::vector<std::vector<double>> columns(columnCount);
-  std::vector<double> row(columnCount);
-  const auto readRow = [&](typename Splitter::View line) {
-    return std::ranges::all_of(row, [&](double& value) { return splitter.GetNextNumber(line, value); });
-  };
-  while (!lines.AtEnd() && readRow(lines.NextLine())) {
-    for (std::size_t column = 0; column < columnCount; ++column) columns[column].push_back(row[column]);
-  }
-  return columns;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -25,6 +26,13 @@ class ByteLines {
   std::string_view NextLine() { return reader_.NextLine(); }
   void SkipLine() { reader_.SkipLine(); }
 
+  /// See LineReader.
+  std::string_view Held() const { return reader_.Held(); }
+  void SkipLineFrom(const char* position) { reader_.SkipLineFrom(position); }
+
+  std::uint64_t BytesPassed() const { return reader_.BytesPassed(); }
+  std::uint64_t Length() const { return reader_.Length(); }
+
   std::string Encoded(TextView text) const { return ToCodePage(locale_, text); }
   Text Decoded(std::string_view bytes) const { return FromCodePage(locale_, bytes); }
 
@@ -43,6 +51,13 @@ class TextLines {
   bool AtEnd() { return reader_.AtEnd(); }
   TextView NextLine() { return line_ = FromCodePage(locale_, reader_.NextLine()); }
   void SkipLine() { reader_.SkipLine(); }
+
+  /// Nothing: there is no text but that of a whole line.
+  TextView Held() const { return {}; }
+  void SkipLineFrom(const char16_t*) {}
+
+  std::uint64_t BytesPassed() const { return reader_.BytesPassed(); }
+  std::uint64_t Length() const { return reader_.Length(); }
 
   Text Encoded(TextView text) const { return Text(text); }
   Text Decoded(TextView text) const { return Text(text); }

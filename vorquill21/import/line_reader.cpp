@@ -71,6 +71,11 @@ std::string_view LineReader::NextLine() {
 
 void LineReader::SkipLine() {
   RequireLine();
+  SkipLineFrom(next_);
+}
+
+void LineReader::SkipLineFrom(const char* position) {
+  next_ = position;
   for (;;) {
     const char* lineEnd = FindLineEnd(next_, filled_);
     next_ = lineEnd;
@@ -84,8 +89,10 @@ bool LineReader::ReadMore() {
   MakeRoom();
   char* const room = filled_;
   const auto size = static_cast<std::size_t>(block_.get() + capacity_ - room);
-  filled_ += file_->Read({room, size});
-  fileIsRead_ = filled_ == room;
+  const std::size_t count = file_->Read({room, size});
+  filled_ += count;
+  bytesRead_ += count;
+  fileIsRead_ = count == 0;
   return !fileIsRead_;
 }
 

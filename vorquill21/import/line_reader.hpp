@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string_view>
 
@@ -26,6 +27,21 @@ class LineReader {
   /// Passes over a line without holding it; error 62 when there is none.
   void SkipLine();
 
+  /// What is held of the lines to come, when not AtEnd: the beginning of the next one at least.
+  std::string_view Held() const noexcept { return {next_, static_cast<std::size_t>(filled_ - next_)}; }
+
+  /// Passes over the rest of the next line, of which all up to `position` in Held() is done with; a character
+  /// of the line, or its end, stands there.
+  void SkipLineFrom(const char* position);
+
+  /// Number of bytes in the lines so far, their ends among them.
+  std::uint64_t BytesPassed() const noexcept {
+    return bytesRead_ - static_cast<std::uint64_t>(filled_ - next_);
+  }
+
+  /// Length of the file; 0 when that is not known.
+  std::uint64_t Length() const { return file_->Length(); }
+
  private:
   /// Reads more behind what is held; false at the end of the file.
   bool ReadMore();
@@ -38,6 +54,7 @@ class LineReader {
   std::unique_ptr<char[]> block_;
   const char* next_;  // what is held but not yet returned: [next_, filled_)
   char* filled_;
+  std::uint64_t bytesRead_ = 0;
   bool fileIsRead_ = false;
   bool passesLineFeed_ = false;  // the last line ended in CR: a LF at next_ belongs to it
 };

@@ -11,7 +11,7 @@
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/interpolate/lanes.hpp"
-#include "vorquill21/interpolate/scaling.hpp"
+#include "vorquill21/interpolate/points.hpp"
 #include "vorquill21/numeric/double_double.hpp"
 
 namespace vorquill21 {
@@ -47,7 +47,31 @@ struct Moments {
 template <bool fused>
 VORQUILL21_INLINED DoubleDouble ResidualWithout(const Block& block, std::size_t lane,
                                                 DoubleDouble coefficient) {
-  return QuickSum(block.residual[lane], -Product<fused>(block.current[lane], coefficient));
+  return QuickSum(block.residual[lane], -QuickProduct<fused>(block.current[lane], coefficient));
+}
+
+struct Points {
+  std::span<const double> xs, ys;
+};
+
+/// Puts the scaled points into blocks, with the polynomial 1 as the current one.
+VORQUILL21_INLINED Moments Begin(const Points& points, const Scaling& scaleX, const Scaling& scaleY,
+                                 std::span<Block> blocks) {
+  LaneSums xs, ys;
+  for (std::size_t first = 0; first < points.xs.size(); first += kLanes) {
+    Block& block = blocks[first / kLanes];
+    const std::size_t count = std::min(kLanes, points.xs.size() - first);
+    for (std::size_t lane = 0; lane < count; ++lane) {
+      block.x[lane] = scaleX(points.xs[first + lane]);
+      block.current.high[lane] = 1.0;
+      block.residual.high[lane] = scaleY(points.ys[first + lane]);
+    }
+    for (std::size_t lane = 0; lane < kLanes; ++lane) {
+      xs.Add(lane, {block.x[lane], 0.0});
+      ys.Add(lane, block.residual[lane]);
+    }
+  }
+  return {{static_cast<double>(points.xs.size()), 0.0}, xs.Total(), ys.Total()};
 }
 
 /// Takes the current polynomial's part out of the residuals, and goes on to the next polynomial.
@@ -59,12 +83,12 @@ VORQUILL21_INLINED Moments Advance(std::span<Block> blocks, const Step& step) {
       const DoubleDouble residual = ResidualWithout<fused>(block, lane, step.coefficient);
       const DoubleDouble current = block.current[lane];
       const DoubleDouble distance = Difference(block.x[lane], step.alpha);
-      const DoubleDouble next = QuickSum(Product<fused>(distance, Scaled(current, step.scale)),
-                                         -Product<fused>(block.previous[lane], step.beta));
-      const DoubleDouble square = Product<fused>(next, next);
+      const DoubleDouble next = QuickSum(QuickProduct<fused>(distance, Scaled(current, step.scale)),
+                                         -QuickProduct<fused>(block.previous[lane], step.beta));
+      const DoubleDouble square = QuickProduct<fused>(next, next);
       squares.Add(lane, square);
-      distances.Add(lane, Product<fused>(square, distance));
-      residuals.Add(lane, Product<fused>(residual, next));
+      distances.Add(lane, QuickProduct<fused>(square, distance));
+      residuals.Add(lane, QuickProduct<fused>(residual, next));
       block.residual.Set(lane, residual);
       block.previous.Set(lane, current);
       block.current.Set(lane, next);
@@ -80,13 +104,18 @@ VORQUILL21_INLINED DoubleDouble SquaredResiduals(std::span<const Block> blocks, 
   for (const Block& block : blocks) {
     for (std::size_t lane = 0; lane < kLanes; ++lane) {
       const DoubleDouble residual = ResidualWithout<fused>(block, lane, coefficient);
-      squares.Add(lane, Product<fused>(residual, residual));
+      squares.Add(lane, QuickProduct<fused>(residual, residual));
     }
   }
   return squares.Total();
 }
 
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
+[[gnu::target("avx2,fma")]] Moments BeginFused(const Points& points, const Scaling& scaleX,
+                                               const Scaling& scaleY, std::span<Block> blocks) {
+  return Begin(points, scaleX, scaleY, blocks);
+}
+
 [[gnu::target("avx2,fma")]] Moments AdvanceFused(std::span<Block> blocks, const Step& step) {
   return Advance<true>(blocks, step);
 }
@@ -96,6 +125,14 @@ VORQUILL21_INLINED DoubleDouble SquaredResiduals(std::span<const Block> blocks, 
   return SquaredResiduals<true>(blocks, coefficient);
 }
 #endif
+
+Moments Begin(const Points& points, const Scaling& scaleX, const Scaling& scaleY, std::span<Block> blocks,
+              [[maybe_unused]] bool fused) {
+#ifdef VORQUILL21_WIDE_INSTRUCTIONS
+  if (fused) return BeginFused(points, scaleX, scaleY, blocks);
+#endif
+  return Begin(points, scaleX, scaleY, blocks);
+}
 
 Moments Advance(std::span<Block> blocks, const Step& step, [[maybe_unused]] bool fused) {
 #ifdef VORQUILL21_WIDE_INSTRUCTIONS
@@ -120,31 +157,6 @@ DoubleDouble Ratio(DoubleDouble left, DoubleDouble right) {
   return Quotient<false>(left, right);
 }
 
-/// The scaled points, with the polynomial 1 as the current one.
-std::vector<Block> BlocksOf(std::span<const double> xs, const Scaling& scaleX, std::span<const double> ys,
-                            const Scaling& scaleY) {
-  std::vector<Block> blocks((xs.size() + kLanes - 1) / kLanes);
-  for (std::size_t i = 0; i < xs.size(); ++i) {
-    Block& block = blocks[i / kLanes];
-    const std::size_t lane = i % kLanes;
-    block.x[lane] = scaleX(xs[i]);
-    block.current.high[lane] = 1.0;
-    block.residual.high[lane] = scaleY(ys[i]);
-  }
-  return blocks;
-}
-
-Moments MomentsOfConstant(std::span<const Block> blocks, std::size_t count) {
-  LaneSums xs, ys;
-  for (const Block& block : blocks) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
-      xs.Add(lane, {block.x[lane], 0.0});
-      ys.Add(lane, block.residual[lane]);
-    }
-  }
-  return {{static_cast<double>(count), 0.0}, xs.Total(), ys.Total()};
-}
-
 /// A power of two that brings a polynomial with this sum of squares near 1.
 double ScaleOf(DoubleDouble square) {
   return std::ldexp(1.0, -std::ilogb(square.high) / 2);
@@ -153,15 +165,18 @@ double ScaleOf(DoubleDouble square) {
 /// One fit under way, on scaled points: after each term it is the fit of one order more.
 class CurveFit {
  public:
-  CurveFit(std::vector<Block> blocks, std::size_t count, double range, std::size_t terms, bool fused)
-      : blocks_(std::move(blocks)),
+  CurveFit(const Points& points, const Extent& extentX, const Extent& extentY, std::size_t terms, bool fused)
+      : scaleX_(extentX),
+        scaleY_(extentY),
         fused_(fused),
-        leastSquare_(kDiscernible * kDiscernible * range * range),
+        blocks_((points.xs.size() + kLanes - 1) / kLanes),
         coefficients_(terms),
         current_(terms),
         previous_(terms) {
+    const double discernible = kDiscernible * (scaleX_(extentX.greatest) - scaleX_(extentX.least));
+    leastSquare_ = discernible * discernible;
     current_[0] = {1.0, 0.0};
-    Take(MomentsOfConstant(blocks_, count));
+    Take(Begin(points, scaleX_, scaleY_, blocks_, fused));
   }
 
   /// Adds the next term. False when the points do not tell its polynomial from 0; the fit is then as it was.
@@ -181,9 +196,16 @@ class CurveFit {
   }
 
   std::size_t Terms() const { return terms_; }
-  const Series& Coefficients() const { return coefficients_; }
-  DoubleDouble SquaredResiduals() const {
-    return vorquill21::SquaredResiduals(blocks_, coefficient_, fused_);
+
+  /// Of x^k.
+  double Coefficient(std::size_t k) const {
+    return Unscaled(coefficients_[k], scaleY_.Exponent() - static_cast<std::int64_t>(k) * scaleX_.Exponent());
+  }
+
+  /// The root of the mean of the squared residuals, `divisor` being the number of points that counts.
+  double Deviation(double divisor) const {
+    const DoubleDouble squares = SquaredResiduals(blocks_, coefficient_, fused_);
+    return Unscaled(SquareRoot<false>(Ratio(squares, {divisor, 0.0})), scaleY_.Exponent());
   }
 
  private:
@@ -209,8 +231,10 @@ class CurveFit {
     std::swap(current_, previous_);
   }
 
-  std::vector<Block> blocks_;
+  Scaling scaleX_;
+  Scaling scaleY_;
   bool fused_;
+  std::vector<Block> blocks_;
   double leastSquare_;
   std::size_t terms_ = 0;
   Series coefficients_;
@@ -233,42 +257,17 @@ std::size_t CountDifferent(std::span<const double> values, std::size_t limit) {
   return different.size();
 }
 
-/// The double nearest to value * 2^exponent; error 6 when it is beyond the largest.
-double Rounded(DoubleDouble value, std::int64_t exponent) {
-  constexpr std::int64_t kBeyond = 10000;
-  const auto bounded = static_cast<int>(std::clamp(exponent, -kBeyond, kBeyond));
-  return Checked(RoundedTimesPowerOfTwo(value, bounded));
-}
-
-/// The elements of `values` that have the indices of `model`.
-std::span<const double> ElementsAlong(ArrayView<const double> model, ArrayView<const double> values) {
-  values(model.LowerBound());
-  values(model.UpperBound());
-  const std::int64_t skipped = std::int64_t{model.LowerBound()} - values.LowerBound();
-  return values.Elements().subspan(static_cast<std::size_t>(skipped), model.Elements().size());
-}
-
-void FitFinitePoints(std::span<const double> xs, std::span<const double> ys, std::size_t terms,
+void FitFinitePoints(const Points& points, const Extent& extentX, const Extent& extentY, std::size_t terms,
                      std::span<double> coefficients, double* stdDev, bool fused) {
-  const Scaling scaleX(xs);
-  const Scaling scaleY(ys);
-  const auto [least, greatest] = std::minmax_element(xs.begin(), xs.end());
-  const double range = scaleX(*greatest) - scaleX(*least);
-  const std::size_t supported = CountDifferent(xs, terms);
-  CurveFit fit(BlocksOf(xs, scaleX, ys, scaleY), xs.size(), range, supported, fused);
+  const std::size_t supported = CountDifferent(points.xs, terms);
+  CurveFit fit(points, extentX, extentY, supported, fused);
   while (fit.Terms() < supported && fit.AddTerm()) continue;
 
   if (fit.Terms() > 1) {
-    for (std::size_t k = 0; k < fit.Terms(); ++k) {
-      const std::int64_t exponentOfPower = static_cast<std::int64_t>(k) * scaleX.Exponent();
-      coefficients[k] = Rounded(fit.Coefficients()[k], scaleY.Exponent() - exponentOfPower);
-    }
-    if (stdDev != nullptr) {
-      const DoubleDouble divisor{static_cast<double>(xs.size() - 1), 0.0};
-      *stdDev = Rounded(SquareRoot<false>(Ratio(fit.SquaredResiduals(), divisor)), scaleY.Exponent());
-    }
+    for (std::size_t k = 0; k < fit.Terms(); ++k) coefficients[k] = fit.Coefficient(k);
+    if (stdDev != nullptr) *stdDev = fit.Deviation(static_cast<double>(points.xs.size() - 1));
   }
-  if (fit.Terms() < terms) throw LibraryError(kDivisionByZero);
+  if (fit.Terms() < terms) Raise(kDivisionByZero);
 }
 
 }  // namespace
@@ -281,19 +280,21 @@ void FitCurve(ArrayView<const double> arX, ArrayView<const double> arY, std::int
   const std::int32_t terms = CheckedInt32(std::int64_t{anFitOrder} + 1);
   // The old elements live on, because a caller may pass one array as points and as coefficients.
   const auto replaced = std::exchange(arCoeffs, BoundedArray<double>(Bounds{1, count}));
-  if (terms < 1) throw LibraryError(kSubscriptOutOfRange);
-  const std::span<const double> ys = ElementsAlong(arX, arY);
+  if (terms < 1) Raise(kSubscriptOutOfRange);
+  const Points points{xs, ElementsAlong(arX, arY)};
   if (terms == 1) return;
 
-  if (AllFinite(xs) && AllFinite(ys)) {
-    TranslatingMemoryErrors([&] {
-      FitFinitePoints(xs, ys, static_cast<std::size_t>(terms), arCoeffs.Elements(), arStdDev, fused);
-    });
+  const Extent extentX = ExtentOf(points.xs);
+  const Extent extentY = ExtentOf(points.ys);
+  const auto termCount = static_cast<std::size_t>(terms);
+  if (extentX.isFinite && extentY.isFinite) {
+    TranslatingMemoryErrors(
+        [&] { FitFinitePoints(points, extentX, extentY, termCount, arCoeffs.Elements(), arStdDev, fused); });
     return;
   }
-  if (terms > count) throw LibraryError(kDivisionByZero);
+  if (terms > count) Raise(kDivisionByZero);
   constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-  std::ranges::fill(arCoeffs.Elements().first(static_cast<std::size_t>(terms)), kNaN);
+  std::ranges::fill(arCoeffs.Elements().first(termCount), kNaN);
   if (arStdDev != nullptr) *arStdDev = kNaN;
 }
 

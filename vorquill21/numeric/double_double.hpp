@@ -53,16 +53,30 @@ VORQUILL21_INLINED DoubleDouble Difference(double left, DoubleDouble right) {
   return Normalised(high.value, high.error - right.low);
 }
 
+/// left * right, whose `high` may be a last bit off the nearest double: good enough where it goes into a sum.
+template <bool fused>
+VORQUILL21_INLINED DoubleDouble QuickProduct(DoubleDouble left, DoubleDouble right) {
+  const ErrorFree high = TwoProduct<fused>(left.high, right.high);
+  return {high.value, high.error + (left.high * right.low + left.low * right.high)};
+}
+
+template <bool fused>
+VORQUILL21_INLINED DoubleDouble QuickProduct(DoubleDouble left, double right) {
+  const ErrorFree high = TwoProduct<fused>(left.high, right);
+  return {high.value, high.error + left.low * right};
+}
+
+/// left * right.
 template <bool fused>
 VORQUILL21_INLINED DoubleDouble Product(DoubleDouble left, double right) {
-  const ErrorFree high = TwoProduct<fused>(left.high, right);
-  return Normalised(high.value, high.error + left.low * right);
+  const DoubleDouble product = QuickProduct<fused>(left, right);
+  return Normalised(product.high, product.low);
 }
 
 template <bool fused>
 VORQUILL21_INLINED DoubleDouble Product(DoubleDouble left, DoubleDouble right) {
-  const ErrorFree high = TwoProduct<fused>(left.high, right.high);
-  return Normalised(high.value, high.error + (left.high * right.low + left.low * right.high));
+  const DoubleDouble product = QuickProduct<fused>(left, right);
+  return Normalised(product.high, product.low);
 }
 
 /// value * powerOfTwo, exact for a power of two.

@@ -17,7 +17,7 @@ struct SineCosine {
 };
 
 /// Sine and cosine of any finite angle, however large; for an infinite one NaN. The sine of a zero is that
-/// zero. Cost: about 10 ns each below 102,900; beyond, and for one angle in some thousands, about 1 us.
+/// zero. Cost: about 10 ns each below 51,400; beyond, and for one angle in some thousands, about 1 us.
 double Sine(double radians);
 double Cosine(double radians);
 

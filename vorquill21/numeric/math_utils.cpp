@@ -75,8 +75,13 @@ std::int32_t Bisect(std::span<const double> nodes, double x) {
   return static_cast<std::int32_t>(low);
 }
 
+[[noreturn, gnu::cold]] void RaiseInvalidLimits() {
+  throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
+                     u"One or more array bounds are below 0");
+}
+
 /// The same by indices whose sums may leave 32 bits: error 6.
-std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
+[[gnu::cold]] std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
   std::int32_t low = nodes.LowerBound();
   std::int32_t high = nodes.UpperBound();
   while (high - low >= 2) {
@@ -94,7 +99,7 @@ std::array<Bounds, dimensions> BoundsOfCopy(const Variant& source) {
   std::array<Bounds, dimensions> bounds;
   bounds.fill({0, 0});
   if (source.IsEmpty()) return bounds;
-  if (ArrayRank(source) != dimensions) throw LibraryError(kSubscriptOutOfRange);
+  if (ArrayRank(source) != dimensions) Raise(kSubscriptOutOfRange);
   for (int d = 0; d < dimensions; ++d) bounds[static_cast<std::size_t>(d)] = ArrayBounds(source, d + 1);
   return bounds;
 }
@@ -120,7 +125,7 @@ void CopyArray(BoundedArray<double>& target, const Variant& source, char16_t dec
 /// 10 to the power of `exponent`, correctly rounded and so the same on every system.
 double PowerOfTen(std::int32_t exponent) {
   const auto power = TextToNumber("1E" + std::to_string(exponent), '.');
-  if (!power) throw LibraryError(kOverflow);
+  if (!power) Raise(kOverflow);
   return *power;
 }
 
@@ -235,7 +240,7 @@ Text Demand(std::int32_t mode, const Variant& first, const Variant& second, char
 
 std::int32_t SignedWord(std::int32_t value) {
   if (value < std::numeric_limits<std::int16_t>::min() || value > std::numeric_limits<std::int16_t>::max()) {
-    throw LibraryError(kOverflow);
+    Raise(kOverflow);
   }
   return value;
 }
@@ -247,13 +252,11 @@ CMathUtils::CMathUtils(Platform& platform) : platform_(platform) {}
 bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const {
   const std::int32_t lo = arXVals.LowerBound();
   const std::int32_t hi = arXVals.UpperBound();
-  if (lo < 0 || hi < 0) {
-    throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
-                       u"One or more array bounds are below 0");
-  }
+  if (lo < 0 || hi < 0) RaiseInvalidLimits();
 
-  const bool ascending = arXVals(lo) <= arX && arX <= arXVals(hi);
-  const bool found = ascending || (arXVals(hi) <= arX && arX <= arXVals(lo));
+  const std::span<const double> nodes = arXVals.Elements();
+  const bool ascending = nodes.front() <= arX && arX <= nodes.back();
+  const bool found = ascending || (nodes.back() <= arX && arX <= nodes.front());
   if (ascending && arX <= arXVals(CheckedInt32(std::int64_t{lo} + 1))) {
     anIndex = lo;
     return found;
@@ -263,9 +266,9 @@ bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::i
   if (hi > kGreatestToDouble) {
     anIndex = BisectByIndex(arXVals, arX, ascending);
   } else if (ascending) {
-    anIndex = lo + Bisect<true>(arXVals.Elements(), arX);
+    anIndex = lo + Bisect<true>(nodes, arX);
   } else {
-    anIndex = lo + Bisect<false>(arXVals.Elements(), arX);
+    anIndex = lo + Bisect<false>(nodes, arX);
   }
   return found;
 }

@@ -7,7 +7,8 @@
 #include "vorquill21/numeric/error_free.hpp"
 
 // Columns of the product are made in strips as wide as two vectors, rows of them in groups, so that the sums
-// of a group stay in registers while k runs. A strip of b is copied first, to lie closely together.
+// of a group stay in registers while k runs. A strip of b is copied first, to lie closely together. What
+// remains is made in strips of 4, 2 and 1 columns.
 
 namespace vorquill21 {
 namespace {
@@ -51,17 +52,25 @@ VORQUILL21_INLINED void MultiplyGroup(const Factors& f, const double* strip, std
 }
 
 template <typename Vector>
-VORQUILL21_INLINED void MultiplyStrip(const Factors& f, const double* strip, std::size_t column) {
+VORQUILL21_INLINED void MultiplyStrip(const Factors& f, double* strip, std::size_t column) {
+  for (std::size_t k = 0; k < f.terms; ++k) {
+    std::copy_n(f.b.Row(k) + column, kStrip<Vector>, strip + k * kStrip<Vector>);
+  }
   std::size_t row = 0;
   for (; row + kGroup <= f.rows; row += kGroup) MultiplyGroup<Vector, kGroup>(f, strip, row, column);
   for (; row < f.rows; ++row) MultiplyGroup<Vector, 1>(f, strip, row, column);
 }
 
-VORQUILL21_INLINED void MultiplyColumn(const Factors& f, std::size_t column) {
+template <std::size_t width>
+VORQUILL21_INLINED void MultiplyNarrowStrip(const Factors& f, std::size_t column) {
   for (std::size_t row = 0; row < f.rows; ++row) {
-    double sum = 0.0;
-    for (std::size_t k = 0; k < f.terms; ++k) sum += f.a.Row(row)[k] * f.b.Row(k)[column];
-    f.product.Row(row)[column] = sum;
+    double sums[width] = {};
+    const double* a = f.a.Row(row);
+    const double* b = f.b.data + column;
+    for (std::size_t k = 0; k < f.terms; ++k, b += f.b.stride) {
+      for (std::size_t j = 0; j < width; ++j) sums[j] += a[k] * b[j];
+    }
+    std::copy_n(sums, width, f.product.Row(row) + column);
   }
 }
 
@@ -71,13 +80,12 @@ VORQUILL21_INLINED void Multiply(const Factors& f) {
   if (f.columns >= kStrip<Vector>) {
     std::vector<double> strip(f.terms * kStrip<Vector>);
     for (; column + kStrip<Vector> <= f.columns; column += kStrip<Vector>) {
-      for (std::size_t k = 0; k < f.terms; ++k) {
-        std::copy_n(f.b.Row(k) + column, kStrip<Vector>, &strip[k * kStrip<Vector>]);
-      }
       MultiplyStrip<Vector>(f, strip.data(), column);
     }
   }
-  for (; column < f.columns; ++column) MultiplyColumn(f, column);
+  for (; column + 4 <= f.columns; column += 4) MultiplyNarrowStrip<4>(f, column);
+  for (; column + 2 <= f.columns; column += 2) MultiplyNarrowStrip<2>(f, column);
+  for (; column < f.columns; ++column) MultiplyNarrowStrip<1>(f, column);
 }
 
 using TwoDoubles [[gnu::vector_size(16)]] = double;

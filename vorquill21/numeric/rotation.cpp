@@ -13,11 +13,14 @@ namespace {
 constexpr double kRadiansPerDegree = 0x1.1df46a25ca311p-6;
 constexpr Bounds kOneToThree{1, 3};
 
+bool HasBounds(const BoundedArray<double>& matrix, Bounds rows, Bounds columns) {
+  return matrix.Rank() == 2 && matrix.BoundsOf(1) == rows && matrix.BoundsOf(2) == columns;
+}
+
 /// Gives the matrix the bounds; keeps its elements where it has them already, which all are to be
 /// overwritten.
 void Dimension(BoundedArray<double>& matrix, Bounds rows, Bounds columns) {
-  if (matrix.Rank() == 2 && matrix.BoundsOf(1) == rows && matrix.BoundsOf(2) == columns) return;
-  matrix.ReDim(rows, columns);
+  if (!HasBounds(matrix, rows, columns)) matrix.ReDim(rows, columns);
 }
 
 /// Whether the indices 1 to `rows` and 1 to `columns` lie within the bounds.
@@ -59,6 +62,15 @@ double CheckedDotProduct(const BoundedArray<double>& matrix, std::int32_t row, d
   double sum = CheckedProduct(matrix(row, 1), x);
   sum = CheckedSum(sum, CheckedProduct(matrix(row, 2), y));
   return CheckedSum(sum, CheckedProduct(matrix(row, 3), z));
+}
+
+/// Row by row, raising the first fault where it is produced.
+[[gnu::cold, gnu::noinline]] void TransformChecked(double x, double y, double z,
+                                                   const BoundedArray<double>& matrix, double& newX,
+                                                   double& newY, double& newZ) {
+  newX = CheckedDotProduct(matrix, 1, x, y, z);
+  newY = CheckedDotProduct(matrix, 2, x, y, z);
+  newZ = CheckedDotProduct(matrix, 3, x, y, z);
 }
 
 }  // namespace
@@ -111,21 +123,20 @@ void CGeometry::MatrixMultiply(const BoundedArray<double>& aaMatrixA, const Boun
 void CGeometry::TransformPoint(double arOriginalPointX, double arOriginalPointY, double arOriginalPointZ,
                                const BoundedArray<double>& aaRotMatrix, double& arNewPointX,
                                double& arNewPointY, double& arNewPointZ) const {
-  if (HoldsFromOne(aaRotMatrix, 3, 3)) {
-    const MatrixView<const double> matrix = FromOne(aaRotMatrix);
-    const double x = DotProduct(matrix.Row(0), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-    const double y = DotProduct(matrix.Row(1), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-    const double z = DotProduct(matrix.Row(2), arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-    if (std::isfinite(x) && std::isfinite(y) && std::isfinite(z)) {
+  if (HasBounds(aaRotMatrix, kOneToThree, kOneToThree)) {
+    const double* matrix = aaRotMatrix.Elements().data();
+    const double x = DotProduct(matrix, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    const double y = DotProduct(matrix + 3, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    const double z = DotProduct(matrix + 6, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+    if (std::isfinite(x + y + z)) {
       arNewPointX = x;
       arNewPointY = y;
       arNewPointZ = z;
       return;
     }
   }
-  arNewPointX = CheckedDotProduct(aaRotMatrix, 1, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-  arNewPointY = CheckedDotProduct(aaRotMatrix, 2, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-  arNewPointZ = CheckedDotProduct(aaRotMatrix, 3, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
+  TransformChecked(arOriginalPointX, arOriginalPointY, arOriginalPointZ, aaRotMatrix, arNewPointX,
+                   arNewPointY, arNewPointZ);
 }
 
 }  // namespace vorquill21

@@ -1,7 +1,6 @@
 #include "vorquill21/numeric/running_mean.hpp"
 
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <cstddef>
 
@@ -46,54 +45,38 @@ constexpr double kLeastMagnitude = 0x1p-900;
 constexpr double kGreatestMagnitude = 0x1p+900;
 constexpr double kGreatestRatio = 0x1p+15;
 
-struct Block {
-  std::array<double, kBlock> share;   // x / k
-  std::array<double, kBlock> weight;  // k - 1
-  std::array<double, kBlock> high;    // 1 / k in two parts
-  std::array<double, kBlock> low;
-};
-
-__attribute__((target("avx2,fma"))) void Prepare(std::span<const double> values, double count, Block& block) {
-  for (std::size_t i = 0; i < values.size(); ++i) {
-    const double k = count + static_cast<double>(static_cast<int>(i) + 1);
-    const double reciprocal = 1.0 / k;
-    block.share[i] = values[i] / k;
-    block.weight[i] = k - 1.0;
-    block.high[i] = reciprocal;
-    block.low[i] = std::fma(-k, reciprocal, 1.0) * reciprocal;
-  }
-}
-
-/// The mean after the values of `block`; false when the steps by division must be taken instead.
-__attribute__((target("avx2,fma"))) bool AdvanceByReciprocals(const Block& block, std::size_t size,
+/// The mean after further values; false when the steps by division must be taken instead.
+__attribute__((target("avx2,fma"))) bool AdvanceByReciprocals(std::span<const double> values, double count,
                                                               double& mean) {
   double m = mean;
+  double share = 0.0;
+  double rest = m;
   double least = std::abs(m);
   double greatest = least;
   double greatestShare = 0.0;
-  double smallTerm = m * block.low[0];
-  for (std::size_t i = 0; i < size; ++i) {
-    const double nextLow = i + 1 < kBlock ? block.low[i + 1] : 0.0;
-    const double rest = block.weight[i] * std::fma(m, block.high[i], smallTerm);
-    smallTerm = std::fma(rest, nextLow, block.share[i] * nextLow);
-    m = block.share[i] + rest;
+  for (const double x : values) {
+    count += 1.0;
+    const double high = 1.0 / count;
+    const double low = std::fma(-count, high, 1.0) * high;
+    const double smallTerm = std::fma(rest, low, share * low);
+    share = x / count;
+    rest = (count - 1.0) * std::fma(m, high, smallTerm);
+    m = share + rest;
     least = std::min(least, std::abs(m));
     greatest = std::max(greatest, std::abs(m));
-    greatestShare = std::max(greatestShare, std::abs(block.share[i]));
+    greatestShare = std::max(greatestShare, std::abs(share));
   }
   mean = m;
   return least > kLeastMagnitude && greatest < kGreatestMagnitude && greatestShare < kGreatestRatio * least;
 }
 
 double MeanByReciprocals(std::span<const double> values) {
-  Block block{};
   double mean = values.empty() ? 0.0 : values.front() + 0.0;
   for (std::size_t done = std::min<std::size_t>(1, values.size()); done < values.size();) {
     const std::span<const double> next = values.subspan(done, std::min(kBlock, values.size() - done));
     const auto count = static_cast<double>(done);
-    Prepare(next, count, block);
     const double before = mean;
-    if (!AdvanceByReciprocals(block, next.size(), mean)) mean = MeanByDivision(next, count, before);
+    if (!AdvanceByReciprocals(next, count, mean)) mean = MeanByDivision(next, count, before);
     done += next.size();
   }
   return mean;

@@ -1,9 +1,12 @@
 #include "vorquill21/numeric/squared_distances.hpp"
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
 
 #include "vorquill21/frame/types/checked.hpp"
 
@@ -45,8 +48,13 @@ double SumOfSquaredDistancesInOrder(std::span<const double> values, double from)
 
 namespace {
 
-constexpr std::size_t kLanes = 16;
-constexpr std::size_t kBlock = 8 * kLanes;
+using FourDoubles [[gnu::vector_size(32)]] = double;
+using FourIntegers [[gnu::vector_size(32)]] = std::int64_t;
+
+constexpr std::size_t kVectors = 4;  // as many sums at a time hide the latency of additions
+constexpr std::size_t kLanes = 4 * kVectors;
+constexpr std::size_t kBlock = 16 * kLanes;
+constexpr std::uint64_t kExponentBits = 0x7FF0'0000'0000'0000;
 constexpr double kLeastSum = 0x1p-900;
 constexpr double kGreatestSum = 0x1p+1000;
 
@@ -54,24 +62,28 @@ constexpr double kGreatestSum = 0x1p+1000;
 __attribute__((target("avx2"))) bool AddInLanes(std::span<const double, kBlock> values, double from,
                                                 double& sum) {
   if (!(sum >= kLeastSum && sum <= kGreatestSum)) return false;
-  const double binade = std::ldexp(1.0, std::ilogb(sum));
-  std::array<double, kLanes> sums{};
-  std::array<double, kLanes> remainders{};
+  constexpr FourIntegers kMagnitude = ~FourIntegers{} & std::numeric_limits<std::int64_t>::max();
+  const double binade = std::bit_cast<double>(std::bit_cast<std::uint64_t>(sum) & kExponentBits);
+  FourDoubles sums[kVectors] = {};
+  FourDoubles remainders[kVectors] = {};
   for (std::size_t i = 0; i < kBlock; i += kLanes) {
-    for (std::size_t lane = 0; lane < kLanes; ++lane) {
-      const double distance = from - values[i + lane];
-      const double term = distance * distance;
-      const double rounded = (binade + term) - binade;
-      const double remainder = std::abs(term - rounded);
-      sums[lane] += rounded;
-      remainders[lane] = remainder > remainders[lane] ? remainder : remainders[lane];
+    for (std::size_t v = 0; v < kVectors; ++v) {
+      FourDoubles x;
+      std::memcpy(&x, &values[i + 4 * v], sizeof x);
+      const FourDoubles distance = from - x;
+      const FourDoubles term = distance * distance;
+      const FourDoubles rounded = (binade + term) - binade;
+      const FourDoubles remainder =
+          reinterpret_cast<FourDoubles>(reinterpret_cast<FourIntegers>(term - rounded) & kMagnitude);
+      sums[v] += rounded;
+      remainders[v] = remainder > remainders[v] ? remainder : remainders[v];
     }
   }
   double added = 0.0;
   double remainder = 0.0;
   for (std::size_t lane = 0; lane < kLanes; ++lane) {
-    added += sums[lane];
-    remainder = std::max(remainder, remainders[lane]);
+    added += sums[lane / 4][lane % 4];
+    remainder = std::max(remainder, remainders[lane / 4][lane % 4]);
   }
   constexpr double kHalfUnit = 0x1p-53;
   if (!(sum + added < 2.0 * binade) || remainder >= kHalfUnit * binade) return false;

@@ -27,7 +27,7 @@ double RootOf(double variance) {
 template <typename Position>
 double Extreme(ArrayView<const double> values, std::int32_t* index, Position position) {
   if (index != nullptr) *index = values.LowerBound();
-  if (values.Elements().empty()) throw LibraryError(kSubscriptOutOfRange);
+  if (values.Elements().empty()) Raise(kSubscriptOutOfRange);
   const std::size_t found = position(values.Elements());
   if (index != nullptr) *index += static_cast<std::int32_t>(found);
   return values.Elements()[found];

@@ -26,7 +26,7 @@ class ArrayView {
   ArrayView(T* data, std::size_t count, std::int32_t lower = 0) : data_(data) {
     if (count == 0) return;
     const std::int64_t upper = lower + static_cast<std::int64_t>(count) - 1;
-    if (upper > std::numeric_limits<std::int32_t>::max()) throw LibraryError(kSubscriptOutOfRange);
+    if (upper > std::numeric_limits<std::int32_t>::max()) Raise(kSubscriptOutOfRange);
     bounds_ = {lower, static_cast<std::int32_t>(upper)};
   }
 
@@ -46,9 +46,8 @@ class ArrayView {
 
   /// The element at `index`; error 9 outside the bounds.
   T& operator()(std::int32_t index) const {
-    const Bounds bounds = Checked();
-    if (index < bounds.lower || index > bounds.upper) throw LibraryError(kSubscriptOutOfRange);
-    return data_[std::int64_t{index} - bounds.lower];
+    if (index < bounds_.lower || index > bounds_.upper) Raise(kSubscriptOutOfRange);
+    return data_[std::int64_t{index} - bounds_.lower];
   }
 
   /// All elements, the one at the lower bound first.
@@ -56,7 +55,7 @@ class ArrayView {
 
  private:
   Bounds Checked() const {
-    if (bounds_ == kOtherShape) throw LibraryError(kSubscriptOutOfRange);
+    if (bounds_ == kOtherShape) Raise(kSubscriptOutOfRange);
     return bounds_;
   }
 

@@ -43,7 +43,7 @@ class BoundedArray {
   explicit BoundedArray(std::vector<T> elements, std::int32_t lower = 0) : elements_(std::move(elements)) {
     if (elements_.empty()) lower = 0;
     const std::int64_t upper = lower + static_cast<std::int64_t>(elements_.size()) - 1;
-    if (upper > std::numeric_limits<std::int32_t>::max()) throw LibraryError(kSubscriptOutOfRange);
+    if (upper > std::numeric_limits<std::int32_t>::max()) Raise(kSubscriptOutOfRange);
     rank_ = 1;
     bounds_[0] = {lower, static_cast<std::int32_t>(upper)};
   }
@@ -58,7 +58,7 @@ class BoundedArray {
   std::int32_t LowerBound(int dimension = 1) const { return BoundsOf(dimension).lower; }
   std::int32_t UpperBound(int dimension = 1) const { return BoundsOf(dimension).upper; }
   Bounds BoundsOf(int dimension) const {
-    if (dimension < 1 || dimension > rank_) throw LibraryError(kSubscriptOutOfRange);
+    if (dimension < 1 || dimension > rank_) Raise(kSubscriptOutOfRange);
     return bounds_[static_cast<std::size_t>(dimension - 1)];
   }
 
@@ -72,7 +72,7 @@ class BoundedArray {
   /// each element added.
   void ReDimPreserve(std::int32_t upper) {
     if (rank_ == 0) return ReDim({0, upper});
-    if (rank_ != 1 || upper < bounds_[0].lower) throw LibraryError(kSubscriptOutOfRange);
+    if (rank_ != 1 || upper < bounds_[0].lower) Raise(kSubscriptOutOfRange);
     const std::size_t count = Product(1, Bounds{bounds_[0].lower, upper});
     TranslatingMemoryErrors([&] { elements_.resize(count); });
     bounds_[0].upper = upper;
@@ -100,7 +100,7 @@ class BoundedArray {
   /// `count` times the number of indices; error 7 when memory cannot hold as many elements.
   static std::size_t Product(std::size_t count, Bounds dimension) {
     const auto extent = static_cast<std::uint64_t>(dimension.Count());
-    if (count > std::numeric_limits<std::size_t>::max() / extent) throw LibraryError(kOutOfMemory);
+    if (count > std::numeric_limits<std::size_t>::max() / extent) Raise(kOutOfMemory);
     return static_cast<std::size_t>(count * extent);
   }
 
@@ -108,7 +108,7 @@ class BoundedArray {
     std::size_t count = 1;
     for (int d = 0; d < rank; ++d) {
       const Bounds& dimension = bounds[static_cast<std::size_t>(d)];
-      if (dimension.upper < dimension.lower) throw LibraryError(kSubscriptOutOfRange);
+      if (dimension.upper < dimension.lower) Raise(kSubscriptOutOfRange);
       count = Product(count, dimension);
     }
     std::vector<T> elements = TranslatingMemoryErrors([&] { return std::vector<T>(count); });
@@ -119,12 +119,12 @@ class BoundedArray {
 
   template <typename... Index>
   std::size_t Offset(Index... indices) const {
-    if (rank_ != static_cast<int>(sizeof...(indices))) throw LibraryError(kSubscriptOutOfRange);
+    if (rank_ != static_cast<int>(sizeof...(indices))) Raise(kSubscriptOutOfRange);
     std::size_t offset = 0;
     std::size_t dimension = 0;
     for (const std::int32_t index : {indices...}) {
       const Bounds& bounds = bounds_[dimension++];
-      if (index < bounds.lower || index > bounds.upper) throw LibraryError(kSubscriptOutOfRange);
+      if (index < bounds.lower || index > bounds.upper) Raise(kSubscriptOutOfRange);
       offset = offset * static_cast<std::size_t>(bounds.Count()) +
                static_cast<std::size_t>(std::int64_t{index} - bounds.lower);
     }

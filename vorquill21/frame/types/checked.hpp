@@ -13,12 +13,12 @@ namespace vorquill21 {
 template <typename... Operands>
 double Checked(double result, Operands... operands) {
   if (std::isfinite(result) || !(std::isfinite(operands) && ...)) return result;
-  throw LibraryError(std::isnan(result) ? kInvalidProcedureCall : kOverflow);
+  Raise(std::isnan(result) ? kInvalidProcedureCall : kOverflow);
 }
 
 /// left / right; a zero divisor is error 11 when both are finite (0 / 0 too), an overflow error 6.
 inline double CheckedQuotient(double left, double right) {
-  if (right == 0.0 && std::isfinite(left)) throw LibraryError(kDivisionByZero);
+  if (right == 0.0 && std::isfinite(left)) Raise(kDivisionByZero);
   return Checked(left / right, left, right);
 }
 
@@ -37,7 +37,7 @@ inline double CheckedProduct(double left, double right) {
 /// The 32-bit integer of the same value; error 6 outside the range.
 inline std::int32_t CheckedInt32(std::int64_t value) {
   if (value < std::numeric_limits<std::int32_t>::min() || value > std::numeric_limits<std::int32_t>::max()) {
-    throw LibraryError(kOverflow);
+    Raise(kOverflow);
   }
   return static_cast<std::int32_t>(value);
 }
@@ -47,7 +47,7 @@ inline std::int32_t RoundedInt32(double value) {
   const double rounded = std::nearbyint(value);
   if (!(rounded >= std::numeric_limits<std::int32_t>::min() &&
         rounded <= std::numeric_limits<std::int32_t>::max())) {
-    throw LibraryError(kOverflow);
+    Raise(kOverflow);
   }
   return static_cast<std::int32_t>(rounded);
 }

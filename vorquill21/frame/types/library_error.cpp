@@ -48,6 +48,10 @@ const char* LibraryError::what() const noexcept {
   return content_->what.c_str();
 }
 
+void Raise(RuntimeErrorNumber number) {
+  throw LibraryError(number);
+}
+
 TextView RuntimeErrorDescription(std::int32_t number) noexcept {
   switch (number) {
     case kInvalidProcedureCall:

@@ -61,6 +61,10 @@ class VORQUILL21_API LibraryError : public std::exception {
 /// "Application-defined or object-defined error".
 VORQUILL21_API TextView RuntimeErrorDescription(std::int32_t number) noexcept;
 
+/// Throws the error of the runtime. What is inlined into many callers raises by this, so that a check costs
+/// them no more than its comparison.
+[[noreturn]] VORQUILL21_API void Raise(RuntimeErrorNumber number);
+
 /// Calls `operation` and returns its result; std::bad_alloc and std::length_error leave as LibraryError 7.
 /// A method that promises to catch every run-time error wraps its work in this.
 template <typename Operation>
