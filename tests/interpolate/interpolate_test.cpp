@@ -100,6 +100,7 @@ TEST_F(CInterpolateTest, AscendingTable) {
       {eInterpExtrapolate, 3, 30.5},
       {eInterpExtrapolate, 2.5, 20.5},
       {eInterpExtrapolate, 0, 2.2 - (10.5 - 2.2)},
+      {eInterpExtrapolate, -1, 2.2 - 2 * (10.5 - 2.2)},
       {eInterpExtrapolate, 4, 50.5},
       {eInterpClip, -1, 2.2},
       {eInterpClip, 4, 30.5},

@@ -139,6 +139,23 @@ TEST(SurfaceFitTest, FirstIndexIsThePowerOfY) {
   EXPECT_EQ(fit.rms, 0.0);
 }
 
+TEST(SurfaceFitTest, ElementsBeyondTheOrderAreZero) {
+  const double xs[] = {0.0, 1.0, 2.0, 0.0, 1.0, 2.0, -1.0};
+  const double ys[] = {0.0, 0.5, 0.0, 1.0, 1.5, 2.0, -1.0};
+  const double noise[] = {0.3, -1.1, 0.7, 0.2, -0.9, 1.3, 0.1};
+  std::vector<double> saddle;
+  for (std::size_t k = 0; k < std::size(xs); ++k) saddle.push_back(1.0 + xs[k] * ys[k]);
+  EXPECT_EQ(Fit(xs, ys, saddle, 2).coefficients(0, 0), 1.0);
+  EXPECT_EQ(Fit(xs, ys, saddle, 2).coefficients(1, 1), 1.0);
+  for (const ArrayView<const double> zs : {ArrayView<const double>(saddle), ArrayView<const double>(noise)}) {
+    const Fit fit(xs, ys, zs, 2);
+    ASSERT_EQ(fit.error, 0);
+    EXPECT_EQ(fit.coefficients(1, 2), 0.0);
+    EXPECT_EQ(fit.coefficients(2, 1), 0.0);
+    EXPECT_EQ(fit.coefficients(2, 2), 0.0);
+  }
+}
+
 TEST(SurfaceFitTest, OrderZeroIsTheMean) {
   const Fit fit(std::vector{1.0, 1.0, 1.0}, std::vector{2.0, 2.0, 2.0}, std::vector{1.0, 2.0, 6.0}, 0);
   EXPECT_EQ(fit.coefficients, Square(0, {3.0}));
