@@ -197,6 +197,26 @@ ShownMessage ReportOn(Platform& platform, const RecordingDesktop& desktop) {
   return desktop.messages.empty() ? ShownMessage() : desktop.messages.front();
 }
 
+TEST(MainTest, TheReportIsTheOnlyMessageBoxEvenWhereReadingFails) {
+  /// Finds files, but cannot read them: a class shows a message box then.
+  struct UnreadableFiles : MemoryFiles {
+    std::unique_ptr<ByteReader> OpenForReading(TextView) override { throw LibraryError(kDeviceInputOutput); }
+  };
+  FakePlatform fake;
+  UnreadableFiles files;
+  files.MakeFolder(u"/library");
+  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Main(platform).Initialise(Arguments({1}));
+  EXPECT_EQ(fake.desktop.beeps, 1);
+  EXPECT_TRUE(fake.desktop.messages.empty());
+  Main(platform).Initialise(Arguments({2}));
+  EXPECT_EQ(fake.desktop.beeps, 2);
+  EXPECT_EQ(fake.desktop.messages,
+            (std::vector<ShownMessage>{{u"Failed the following tests:\r\rSelfTest_Main\rSelfTest_ReadWrite\r"
+                                        u"SelfTest_IsCompatibleVersion\rSelfTest_3dTable\r",
+                                        48, u"Self Tests in Kestrovan"}}));
+}
+
 TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
   constexpr TextView kNeedingFiles =
       u"Failed the following tests:\rListFilesMathchingType\r\rSelfTest_DirMake\rSelfTest_Main\r"

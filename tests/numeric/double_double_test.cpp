@@ -14,7 +14,7 @@ namespace {
 
 constexpr double kThird = 1.0 / 3.0;
 
-bool SameBits(DoubleDouble left, DoubleDouble right) {
+[[maybe_unused]] bool SameBits(DoubleDouble left, DoubleDouble right) {
   return test::SameBits(left.high, right.high) && test::SameBits(left.low, right.low);
 }
 

@@ -11,7 +11,7 @@ class MSupport {
   /// Runs the self-tests of all classes, each on a fresh instance made with `platform`, in this order:
   /// CStatistics, CTrigonometry, CMathUtils, CGeometry, CInterpolate, CFile, CString, CLog, CFileStream.
   /// `aoFailedTests` is emptied and receives the names of the checks that failed, in that order. True when
-  /// none did; otherwise the platform beeps once.
+  /// none did; otherwise the platform beeps once. Message boxes that a class would show are not shown.
   ///
   /// The checks work in the folder "self test" under the library folder, where they leave "3d try.txt" alone.
   /// An error that CLog's self-test raises ends the run and is raised: its file cannot be deleted.

@@ -26,13 +26,11 @@ struct HandledError {
   Text description;
 };
 
-/// The error that the caller is handling just now.
-HandledError CurrentError() {
+HandledError NumberAndDescription(const std::exception_ptr& handled) {
   constexpr std::int32_t kUnspecified = -2147467259;  // 80004005 hexadecimal
-  const std::exception_ptr current = std::current_exception();
-  if (current == nullptr) return {};
+  if (handled == nullptr) return {};
   try {
-    TranslatingMemoryErrors([&] { std::rethrow_exception(current); });
+    TranslatingMemoryErrors([&] { std::rethrow_exception(handled); });
   } catch (const LibraryError& error) {
     return {error.Number(), error.Description()};
   } catch (const std::exception& error) {
@@ -44,13 +42,13 @@ HandledError CurrentError() {
 }
 
 /// The entry as the action has it, before it is made one line.
-Text Marked(TextView entry, ELogAction action) {
+Text Marked(TextView entry, ELogAction action, const std::exception_ptr& handled) {
   constexpr TextView kWarning = u"* Warning: ";
   switch (action) {
     case logException:
       return Text(kWarning).append(entry);
     case logExceptionError: {
-      const HandledError error = CurrentError();
+      const HandledError error = NumberAndDescription(handled);
       return Text(kWarning)
           .append(entry)
           .append(u"\tError: ")
@@ -131,12 +129,12 @@ void CLog::RequireInitialised(TextView routine) const {
   throw LibraryError(kNotInitialised, vorquill21::Text(u"CLog.").append(routine), u"Log not initialised");
 }
 
-void CLog::AddEntry(TextView asLogEntry, ELogAction aeAction) {
+void CLog::AddEntryWhile(const std::exception_ptr& handled, TextView asLogEntry, ELogAction aeAction) {
   RequireInitialised(u"AddEntry");
   if (aeAction == logException || aeAction == logExceptionError) containsExceptions_ = true;
   if (asLogEntry.empty() || !IsWritten(aeAction, logDiagnostics_)) return;
   const vorquill21::Text line = TranslatingMemoryErrors([&] {
-    vorquill21::Text marked = Marked(asLogEntry, aeAction);
+    vorquill21::Text marked = Marked(asLogEntry, aeAction, handled);
     return aeAction == logExact ? marked : InOneLine(strings_, std::move(marked));
   });
   if (line.empty()) return;

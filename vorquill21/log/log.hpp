@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <initializer_list>
 #include <memory>
 
@@ -68,7 +69,12 @@ class VORQUILL21_API CLog {
   ///
   /// Errors of the file are ignored: the entry is lost, or stands there as a whole; the event is raised all
   /// the same. When memory for the line runs out, error 7 is raised. Cost: opening, one write and closing.
-  void AddEntry(TextView asLogEntry, ELogAction aeAction);
+  void AddEntry(TextView asLogEntry, ELogAction aeAction) {
+    // Asked for here, in the host's own code: a runtime linked into the library knows nothing of the host's
+    // errors.
+    const std::exception_ptr handled = aeAction == logExceptionError ? std::current_exception() : nullptr;
+    AddEntryWhile(handled, asLogEntry, aeAction);
+  }
 
   /// The path of the file, as Initialise was given it; empty before.
   vorquill21::Text Filepath() const { return filepath_; }
@@ -124,6 +130,8 @@ class VORQUILL21_API CLog {
   /// name: it fails by raising an error, that of deleting a file which is there.
   void SelfTest_Main(FailedTests& aoFailedTests) const;
 
+  /// AddEntry, called while `handled` (or nothing) is the error that the caller is handling.
+  void AddEntryWhile(const std::exception_ptr& handled, TextView asLogEntry, ELogAction aeAction);
   void RequireInitialised(TextView routine) const;
   void AddNormalEntries(std::initializer_list<TextView> entries);
   void Clear();

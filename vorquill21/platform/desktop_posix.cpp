@@ -145,7 +145,7 @@ void PosixDesktop::Beep() {
 
 std::int32_t PosixDesktop::HandOver(const std::string& document) {
   constexpr std::chrono::milliseconds kAtOnce(0);
-  std::erase_if(showing_, [](pid_t process) { return ExitCodeOf(process, kAtOnce).has_value(); });
+  std::erase_if(showing_, [&](pid_t process) { return ExitCodeOf(process, kAtOnce).has_value(); });
   // Without a desktop it might start a program that takes over the terminal.
   if (!HasDisplay()) return kNoProgram;
   const auto process = StartProgram({"xdg-open", document});
