@@ -94,7 +94,7 @@ TEST(CurveFitTest, FusedMultiplicationDoesNotChangeABit) {
   std::mt19937_64 random(5);
   std::normal_distribution<double> normal;
   for (int i = 0; i < 200; ++i) {
-    std::vector<double> xs(10 + random() % 90);
+    std::vector<double> xs(static_cast<std::size_t>(10 + random() % 90));
     std::vector<double> ys(xs.size());
     for (double& x : xs) x = std::ldexp(normal(random), static_cast<int>(random() % 40));
     for (double& y : ys) y = normal(random);
@@ -174,7 +174,7 @@ TEST(CurveFitTest, ManyRepeatedPointsNeverPassForDifferentOnes) {
     for (int i = 0; i < order; ++i) places.push_back(uniform(random));
     std::vector<double> xs, ys;
     for (int i = 0; i < 5000; ++i) {
-      xs.push_back(places[random() % places.size()]);
+      xs.push_back(places[static_cast<std::size_t>(random() % places.size())]);
       ys.push_back(uniform(random));
     }
     EXPECT_EQ(Fit(xs, ys, order).error, kDivisionByZero) << order;
@@ -359,7 +359,7 @@ TEST(CurveEvaluationTest, FusedMultiplicationDoesNotChangeABit) {
   std::mt19937_64 random(7);
   std::normal_distribution<double> normal;
   for (int i = 0; i < 2000; ++i) {
-    std::vector<double> coefficients(random() % 40 + 2);
+    std::vector<double> coefficients(static_cast<std::size_t>(random() % 40 + 2));
     for (double& coefficient : coefficients) coefficient = normal(random);
     const double x = normal(random) * 10.0;
     EXPECT_TRUE(SameBits(EvaluateCurve(x, coefficients, false), EvaluateCurve(x, coefficients, true)));

@@ -107,7 +107,7 @@ TEST(SurfaceFitTest, FusedMultiplicationDoesNotChangeABit) {
   std::normal_distribution<double> normal;
   for (int i = 0; i < 100; ++i) {
     Points points;
-    for (std::size_t k = 30 + random() % 90; k > 0; --k) {
+    for (auto k = 30 + random() % 90; k > 0; --k) {
       const double x = std::ldexp(normal(random), static_cast<int>(random() % 20));
       const double y = normal(random);
       points.Add(x, y, normal(random));

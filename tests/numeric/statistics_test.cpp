@@ -179,7 +179,7 @@ std::size_t PositionByComparing(const std::vector<double>& values, Precedes prec
 TEST(ExtremesTest, AgreeWithComparingOneByOne) {
   std::mt19937_64 random(11);
   for (int round = 0; round < 3000; ++round) {
-    std::vector<double> values(1 + random() % 5000);
+    std::vector<double> values(static_cast<std::size_t>(1 + random() % 5000));
     const auto different = 1 + random() % 3000;
     for (double& value : values) {
       value = static_cast<double>(random() % different) - static_cast<double>(different) / 2.0;
@@ -195,7 +195,7 @@ TEST(ExtremesTest, AgreeWithComparingOneByOne) {
 /// Data of the kinds that decide which way is taken: sizes from subnormal to huge, changes of sign, zeros,
 /// equal values, few digits.
 std::vector<double> RandomData(std::mt19937_64& random) {
-  std::vector<double> values(random() % 3000);
+  std::vector<double> values(static_cast<std::size_t>(random() % 3000));
   const auto kind = random() % 8;
   std::normal_distribution<double> normal(0.0, 1.0);
   std::uniform_int_distribution<int> exponents(-1074, 1020);

@@ -82,18 +82,16 @@ void CGeometry::BuildTransformationMatrix(double arDegX, double arDegY, double a
   const auto [sz, cz] = SineAndCosine(arDegZ * kRadiansPerDegree);
 
   Dimension(aaRotMatrix, kOneToThree, kOneToThree);
-  const double elements[] = {
-      cz * cy,
-      cz * sy * sx - sz * cx,
-      cz * sy * cx + sz * sx,  //
-      sz * cy,
-      sz * sy * sx + cz * cx,
-      sz * sy * cx - cz * sx,  //
-      -sy,
-      sx * cy,
-      cx * cy,
-  };
-  std::ranges::copy(elements, aaRotMatrix.Elements().begin());
+  double* const element = aaRotMatrix.Elements().data();
+  element[0] = cz * cy;
+  element[1] = cz * sy * sx - sz * cx;
+  element[2] = cz * sy * cx + sz * sx;
+  element[3] = sz * cy;
+  element[4] = sz * sy * sx + cz * cx;
+  element[5] = sz * sy * cx - cz * sx;
+  element[6] = -sy;
+  element[7] = sx * cy;
+  element[8] = cx * cy;
 }
 
 void CGeometry::MatrixMultiply(const BoundedArray<double>& aaMatrixA, const BoundedArray<double>& aaMatrixB,
