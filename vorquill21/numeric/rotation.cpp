@@ -98,9 +98,7 @@ void CGeometry::MatrixMultiply(const BoundedArray<double>& aaMatrixA, const Boun
                                BoundedArray<double>& aaMatrixResult) const {
   if (&aaMatrixResult == &aaMatrixA || &aaMatrixResult == &aaMatrixB) {
     return TranslatingMemoryErrors([&] {
-      const BoundedArray<double> a = aaMatrixA;
-      const BoundedArray<double> b = aaMatrixB;
-      MatrixMultiply(a, b, aaMatrixResult);
+      MatrixMultiply(BoundedArray<double>(aaMatrixA), BoundedArray<double>(aaMatrixB), aaMatrixResult);
     });
   }
   const std::int32_t rows = aaMatrixA.UpperBound(1);
