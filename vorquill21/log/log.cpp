@@ -65,10 +65,14 @@ bool IsWritten(ELogAction action, bool logsDiagnostics) {
   return action == logDiagnostic ? logsDiagnostics : action >= logExact && action <= logExceptionError;
 }
 
+bool HasControls(TextView line) {
+  char16_t controls = 0;  // looked at once in the end, so that many units are taken at a time
+  for (const char16_t unit : line) controls = static_cast<char16_t>(controls | (unit < u' ' ? 1 : 0));
+  return controls != 0;
+}
+
 Text InOneLine(const CString& strings, Text line) {
-  // Counted to the end, as the compiler does that for many units at a time.
-  const bool isPlain = std::ranges::count_if(line, [](char16_t unit) { return unit < u' '; }) == 0;
-  if (isPlain) return line;
+  if (!HasControls(line)) return line;
   line = strings.RTrimMulti(line, BoundedArray<Variant>({u"\r\n", u"\r", u"\n"}));
   line = strings.ReplaceMulti(line, u"\r\n", u": ");
   line = strings.ReplaceMulti(line, u"\r", u": ");

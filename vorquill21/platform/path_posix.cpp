@@ -13,10 +13,11 @@ bool NamesDrive(TextView path) noexcept {
 }
 
 std::string SystemPath(TextView path) {
-  if (std::ranges::count(path, u'\0') > 0) throw LibraryError(kBadFileName);
-  if (NamesDrive(path)) throw LibraryError(kPathNotFound);
   std::string systemPath = ToUtf8(path);
-  for (char& c : systemPath) c = c == '\\' ? '/' : c;
+  if (systemPath.find('\0') != std::string::npos) throw LibraryError(kBadFileName);
+  if (NamesDrive(path)) throw LibraryError(kPathNotFound);
+  char* const begin = systemPath.data();
+  std::transform(begin, begin + systemPath.size(), begin, [](char c) { return c == '\\' ? '/' : c; });
   return systemPath;
 }
 

@@ -22,9 +22,9 @@ constexpr bool IsEscapedByte(char16_t unit) {
 
 /// Looks at all units, as the compiler does that for many of them at a time.
 constexpr bool IsAscii(TextView text) {
-  unsigned bits = 0;
-  for (const char16_t unit : text) bits |= unit;
-  return bits < 0x80;
+  char16_t allBits = 0;  // looked at once in the end, so that many units are taken at a time
+  for (const char16_t unit : text) allBits = static_cast<char16_t>(allBits | unit);
+  return allBits < 0x80;
 }
 
 void AppendUtf8(char32_t character, std::string& utf8) {
@@ -74,8 +74,12 @@ Decoded DecodeUtf8(std::string_view bytes) {
 }  // namespace
 
 std::string ToUtf8(TextView text) {
-  if (IsAscii(text)) return std::string(text.begin(), text.end());
   std::string utf8;
+  if (IsAscii(text)) {
+    utf8.resize(text.size());
+    std::ranges::transform(text, utf8.begin(), [](char16_t unit) { return static_cast<char>(unit); });
+    return utf8;
+  }
   utf8.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {
     const char16_t unit = text[i];
