@@ -4,45 +4,23 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
-#include <utility>
-#include <vector>
 
+#include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
 namespace {
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
-
-Variant ParseStepByStep(TextView line) {
-  std::vector<Text> texts(1);
-  bool inArgument = false;
-  bool inQuote = false;
-  for (const char16_t unit : line) {
-    const bool wasInArgument = inArgument;
-    if (wasInArgument && unit == (inQuote ? u'"' : u' ')) inArgument = inQuote = false;
-    if (!wasInArgument && unit != u' ') {
-      texts.emplace_back();
-      inArgument = true;
-      inQuote = unit == u'"';
-    }
-    if (inArgument && unit != u'"') texts.back() += unit;
-  }
-  std::vector<Variant> list;
-  for (const Text& text : texts) list.push_back(text.empty() ? Variant() : Variant(text));
-  return BoundedArray<Variant>(std::move(list));
-}
+using test::Require;
 
 void Check(const Text& line) {
   test::FakePlatform fake;
   fake.process.commandLine = line;
   const CString strings(fake.platform);
   const Variant list = strings.CommandLineArgumentsParse(true, line);
-  Require(list == ParseStepByStep(line));
+  Require(list == test::ParseStepByStep(line));
   Require(list == strings.CommandLineArgumentsParse());
 
   const std::int32_t last = ArrayBounds(list).upper;

@@ -5,21 +5,19 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
+#include "fuzz/require.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "vorquill21/log/log.hpp"
 
 namespace vorquill21 {
 namespace {
 
-constexpr TextView kPath = u"/library/host.log";
+using test::Require;
 
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
+constexpr TextView kPath = u"/library/host.log";
 
 /// Every run of `sought` becomes one `replacement`.
 Text ReplaceRuns(const Text& text, const Text& sought, const Text& replacement) {

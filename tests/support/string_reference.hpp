@@ -2,9 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "vorquill21/frame/types/text.hpp"
+#include "vorquill21/frame/types/variant.hpp"
 
 namespace vorquill21::test {
 
@@ -41,6 +43,26 @@ inline Text ReplaceMultiStepByStep(TextView original, TextView find, TextView re
     text = ReplaceAll(before, Text(find).append(find), find);
   }
   return ReplaceAll(text, find, replacement);
+}
+
+/// The argument list as a machine of two states builds it, one unit after the other.
+inline Variant ParseStepByStep(TextView line) {
+  std::vector<Text> texts(1);
+  bool inArgument = false;
+  bool inQuote = false;
+  for (const char16_t unit : line) {
+    const bool wasInArgument = inArgument;
+    if (wasInArgument && unit == (inQuote ? u'"' : u' ')) inArgument = inQuote = false;
+    if (!wasInArgument && unit != u' ') {
+      texts.emplace_back();
+      inArgument = true;
+      inQuote = unit == u'"';
+    }
+    if (inArgument && unit != u'"') texts.back() += unit;
+  }
+  std::vector<Variant> list;
+  for (const Text& text : texts) list.push_back(text.empty() ? Variant() : Variant(text));
+  return BoundedArray<Variant>(std::move(list));
 }
 
 }  // namespace vorquill21::test

@@ -7,6 +7,7 @@
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
@@ -18,26 +19,6 @@ using test::RaisedNumber;
 Variant List(std::vector<Variant> arguments) {
   arguments.insert(arguments.begin(), Variant());
   return BoundedArray<Variant>(std::move(arguments));
-}
-
-/// The argument list as a machine of two states builds it, one unit after the other.
-Variant ParseStepByStep(TextView line) {
-  std::vector<Text> texts(1);
-  bool inArgument = false;
-  bool inQuote = false;
-  for (const char16_t unit : line) {
-    const bool wasInArgument = inArgument;
-    if (wasInArgument && unit == (inQuote ? u'"' : u' ')) inArgument = inQuote = false;
-    if (!wasInArgument && unit != u' ') {
-      texts.emplace_back();
-      inArgument = true;
-      inQuote = unit == u'"';
-    }
-    if (inArgument && unit != u'"') texts.back() += unit;
-  }
-  std::vector<Variant> list;
-  for (const Text& text : texts) list.push_back(text.empty() ? Variant() : Variant(text));
-  return BoundedArray<Variant>(std::move(list));
 }
 
 class CommandLineTest : public testing::Test {
@@ -128,7 +109,7 @@ TEST_F(CommandLineTest, ParsingFollowsTheStepsForAllShortLinesOfFourUnits) {
     for (int number = 0; number < 1 << (2 * length); ++number) {
       Text line;
       for (int i = 0; i < length; ++i) line += kUnits[(number >> (2 * i)) % 4];
-      ASSERT_EQ(Parse(line), ParseStepByStep(line)) << ToUtf8(line);
+      ASSERT_EQ(Parse(line), test::ParseStepByStep(line)) << ToUtf8(line);
     }
   }
 }
