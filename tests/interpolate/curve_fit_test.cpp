@@ -89,7 +89,7 @@ void ExpectSameBitsOnBothPaths(std::span<const double> xs, std::span<const doubl
 }
 
 TEST(CurveFitTest, FusedMultiplicationDoesNotChangeABit) {
-  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor has none";
+  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor or this build has no fused multiplication";
   for (const CurveCase& points : kCurveCases) ExpectSameBitsOnBothPaths(points.xs, points.ys, points.order);
   std::mt19937_64 random(5);
   std::normal_distribution<double> normal;
@@ -355,7 +355,7 @@ TEST(CurveEvaluationTest, OperandsThatAreNotFinitePassInSilence) {
 }
 
 TEST(CurveEvaluationTest, FusedMultiplicationDoesNotChangeABit) {
-  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor has none";
+  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor or this build has no fused multiplication";
   std::mt19937_64 random(7);
   std::normal_distribution<double> normal;
   for (int i = 0; i < 2000; ++i) {

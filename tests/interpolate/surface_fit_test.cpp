@@ -99,7 +99,7 @@ void ExpectSameBitsOnBothPaths(std::span<const double> xs, std::span<const doubl
 }
 
 TEST(SurfaceFitTest, FusedMultiplicationDoesNotChangeABit) {
-  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor has none";
+  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor or this build has no fused multiplication";
   for (const SurfaceCase& points : kSurfaceCases) {
     ExpectSameBitsOnBothPaths(points.xs, points.ys, points.zs, points.order);
   }

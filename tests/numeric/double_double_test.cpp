@@ -102,7 +102,7 @@ TEST(DoubleDoubleTest, HighIsTheDoubleNearestToTheNumber) {
 }
 
 TEST(DoubleDoubleTest, FusedMultiplicationDoesNotChangeABit) {
-  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor has none";
+  if (!HasFusedMultiplication()) GTEST_SKIP() << "the processor or this build has no fused multiplication";
   std::mt19937_64 random(3);
   for (int i = 0; i < 10000; ++i) {
     const DoubleDouble left = RandomNumber(random);
