@@ -69,7 +69,8 @@ class VORQUILL21_API CGeometry {
   /// bounds 1 to i by 1 to j; it may be one of the factors. An upper bound below 1, a lower bound above 1 or
   /// too few rows in B are error 9. Where only elements are missing (9), or one overflows (6), the result has
   /// its new bounds and holds the elements before the fault, row by row, and 0 from there on; after other
-  /// errors it is as it was. Cost: one product for each i, k and j.
+  /// errors it is as it was, but for what it holds when memory runs out (7). Cost: one product for each i, k
+  /// and j.
   void MatrixMultiply(const BoundedArray<double>& aaMatrixA, const BoundedArray<double>& aaMatrixB,
                       BoundedArray<double>& aaMatrixResult) const;
 

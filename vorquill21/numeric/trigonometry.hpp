@@ -38,7 +38,7 @@ class VORQUILL21_API CTrigonometry {
   /// | arX < 0, arY < 0  | atan(arY / arX) - P |
   /// | arX < 0, arY >= 0 | atan(arY / arX)     |
   ///
-  /// The last row differs by a half turn from the usual function: (-1, 1) is -P / 4.
+  /// The last row differs by a half turn from the usual function: (-1, 1) is about -P / 4.
   double ArcTan2(double arX, double arY) const;
 
   /// arRadians * (360 / P): P is 360, not 180. The inverse of Radians.
