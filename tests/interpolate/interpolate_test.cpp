@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <bit>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <random>
@@ -250,6 +254,66 @@ TEST_F(CInterpolateTest, WithoutUtilitiesSearchingIsAnInvalidCall) {
   const std::vector<double> x{0, 1};
   EXPECT_EQ(RaisedNumber([&] { Linear(eInterpClip, x, x, 0.5); }), kInvalidProcedureCall);
   EXPECT_EQ(interpolate.OneDLinearInterpolateFromPoints(0, 1, 0, 1, 0.5), 0.5);
+}
+
+/// Utilities of a host that search as the library does.
+class ForwardedSearch : public CMathUtils {
+ public:
+  using CMathUtils::CMathUtils;
+  bool ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const override {
+    return CMathUtils::ArrayLocate(arXVals, arX, anIndex);
+  }
+};
+
+/// What an interpolation gave: its bits, or the number that it raised.
+struct Outcome {
+  std::uint64_t bits = 0;
+  std::int32_t raised = 0;
+  friend bool operator==(const Outcome&, const Outcome&) = default;
+};
+
+class RandomTables {
+ public:
+  BoundedArray<double> Table() {
+    std::vector<double> nodes(Below(12));
+    for (double& node : nodes) node = Node();
+    const std::size_t order = Below(3);
+    if (order == 1) std::ranges::sort(nodes);
+    if (order == 2) std::ranges::sort(nodes, std::greater<>());
+    return From(static_cast<std::int32_t>(Below(4)) - 1, std::move(nodes));
+  }
+
+  double Node() {
+    constexpr double kOdd[] = {kNaN, kInfinity, -kInfinity, kLargest, -kLargest, 0x1p-1074};
+    return Below(40) == 0 ? kOdd[Below(std::size(kOdd))] : static_cast<double>(Below(30)) * 0.5 - 8.0;
+  }
+
+  EOutOfBoundsBehaviour Behaviour() { return Below(2) == 0 ? eInterpClip : eInterpExtrapolate; }
+
+ private:
+  std::size_t Below(std::size_t count) { return static_cast<std::size_t>(random_() % count); }
+
+  std::mt19937_64 random_{11};
+};
+
+TEST_F(CInterpolateTest, FindsTheSameWithoutACallOfItsOwnSearch) {
+  CInterpolate forwarded(fake.platform);
+  forwarded.moUtils = std::make_shared<ForwardedSearch>(fake.platform);
+  const auto outcome = [](const CInterpolate& with, EOutOfBoundsBehaviour behaviour, const auto& x,
+                          const auto& y, double at) {
+    Outcome result;
+    result.raised = RaisedNumber(
+        [&] { result.bits = std::bit_cast<std::uint64_t>(with.OneDLinearInterpolate(behaviour, x, y, at)); });
+    return result;
+  };
+  RandomTables random;
+  for (int i = 0; i < 200'000; ++i) {
+    const BoundedArray<double> x = random.Table();
+    const BoundedArray<double> y = random.Table();
+    const double at = random.Node();
+    const EOutOfBoundsBehaviour behaviour = random.Behaviour();
+    ASSERT_EQ(outcome(interpolate, behaviour, x, y, at), outcome(forwarded, behaviour, x, y, at)) << i;
+  }
 }
 
 // --- Polynomials -----------------------------------------------------------------------------------------

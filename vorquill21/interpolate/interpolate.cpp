@@ -1,16 +1,21 @@
 #include "vorquill21/interpolate/interpolate.hpp"
 
 #include <cmath>
+#include <limits>
+#include <span>
+#include <typeinfo>
 
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/interpolate/curve_fit.hpp"
 #include "vorquill21/interpolate/surface_fit.hpp"
+#include "vorquill21/numeric/table_search.hpp"
 
 namespace vorquill21 {
 namespace {
 
 constexpr std::int32_t kInvalidPropertyValue = 380;
+constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
 std::int32_t After(std::int32_t index) {
   return CheckedInt32(std::int64_t{index} + 1);
@@ -21,7 +26,7 @@ std::int32_t Before(std::int32_t index) {
 }
 
 /// The line through two points, step by step, with the errors where they arise.
-[[gnu::cold]] double CheckedLine(double x1, double x2, double y1, double y2, double x) {
+[[gnu::cold, gnu::noinline]] double CheckedLine(double x1, double x2, double y1, double y2, double x) {
   const double dx = CheckedDifference(x2, x1);
   const double dy = CheckedDifference(y2, y1);
   if (dx == 0.0) {
@@ -34,32 +39,63 @@ std::int32_t Before(std::int32_t index) {
   return CheckedSum(CheckedProduct(slope, CheckedDifference(x, x1)), y1);
 }
 
-/// The line through the points `from` and `to` at `x`.
-double AlongLine(const CInterpolate& interpolate, ArrayView<const double> xs, ArrayView<const double> ys,
-                 std::int32_t from, std::int32_t to, double x) {
-  return interpolate.OneDLinearInterpolateFromPoints(xs(from), xs(to), ys(from), ys(to), x);
+/// The line through two points at `x`; not finite where there is a fault.
+double PlainLine(double x1, double x2, double y1, double y2, double x) {
+  const double dx = x2 - x1;
+  if (dx == 0.0 || std::isinf(dx)) return kNone;
+  return ((y2 - y1) / dx) * (x - x1) + y1;
 }
 
-/// A place outside a table.
-struct Outside {
+/// The same with its faults raised.
+double Line(double x1, double x2, double y1, double y2, double x) {
+  const double value = PlainLine(x1, x2, y1, y2, x);
+  return std::isfinite(value) ? value : CheckedLine(x1, x2, y1, y2, x);
+}
+
+/// A table of points, ascending or descending by the nodes at the bounds that its user named.
+struct PointTable {
   ArrayView<const double> xs;
   ArrayView<const double> ys;
-  double x;
   std::int32_t lower;
   std::int32_t upper;
-  bool ascending;
+  bool ascending = xs(lower) < xs(upper);
 
-  [[gnu::noinline]] double Clipped() const {
+  /// The line through the points `from` and `to` at `x`.
+  double AlongLine(std::int32_t from, std::int32_t to, double x) const {
+    return Line(xs(from), xs(to), ys(from), ys(to), x);
+  }
+
+  double Clipped(double x) const {
     const bool isAtLower = ascending ? x < xs(lower) : !(x <= xs(upper));
     return ys(isAtLower ? lower : upper);
   }
 
-  [[gnu::noinline]] double Extrapolated(const CInterpolate& interpolate) const {
+  double Extrapolated(double x) const {
     const bool isAtLower = ascending ? x < xs(lower) : !(x <= xs(lower));
-    return isAtLower ? AlongLine(interpolate, xs, ys, lower, After(lower), x)
-                     : AlongLine(interpolate, xs, ys, upper, Before(upper), x);
+    return isAtLower ? AlongLine(lower, After(lower), x) : AlongLine(upper, Before(upper), x);
   }
 };
+
+bool IsOwn(const CMathUtils* utils) {
+  return utils != nullptr && &typeid(*utils) == &typeid(CMathUtils);
+}
+
+/// The line at `x` for a place within a table that the library's own search finds; NaN for any other place,
+/// and where a fault is to be raised.
+inline double ValueWithin(ArrayView<const double> xs, ArrayView<const double> ys, double x) {
+  const std::int32_t first = xs.LowerBound();
+  if (!AllowBisection({first, xs.UpperBound()})) return kNone;
+  const std::span<const double> nodes = xs.Elements();
+  const bool ascending = IsAscendingAround(nodes, x);
+  if (!ascending && !IsDescendingAround(nodes, x)) return kNone;
+
+  const std::int32_t interval = FindInterval(nodes, x, ascending);
+  const std::int32_t index = first + interval;
+  if (index < ys.LowerBound() || index >= ys.UpperBound()) return kNone;
+  const double* const node = &nodes[static_cast<std::size_t>(interval)];
+  const double* const value = &ys(index);
+  return PlainLine(node[0], node[1], value[0], value[1], x);
+}
 
 }  // namespace
 
@@ -68,18 +104,17 @@ CInterpolate::CInterpolate(Platform& platform) : moUtils(std::make_shared<CMathU
 double CInterpolate::OneDLinearInterpolate(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,
                                            ArrayView<const double> arXVals, ArrayView<const double> arYVals,
                                            double arX) const {
+  if (IsOwn(moUtils.get())) {
+    const double value = ValueWithin(arXVals, arYVals, arX);
+    if (std::isfinite(value)) return value;
+  }
   return OneDLinearInterpolateWithBounds(aeOutOfBoundsBehaviour, arXVals, arYVals, arX, arXVals.LowerBound(),
                                          arXVals.UpperBound());
 }
 
 double CInterpolate::OneDLinearInterpolateFromPoints(double arX1, double arX2, double arY1, double arY2,
                                                      double arXVal) const {
-  const double dx = arX2 - arX1;
-  const double dy = arY2 - arY1;
-  const double value = (dy / dx) * (arXVal - arX1) + arY1;
-  // A fault leaves a value that is not finite, unless it is in dx.
-  const bool hasDirection = dx != 0.0 && std::isfinite(dx);
-  return hasDirection && std::isfinite(value) ? value : CheckedLine(arX1, arX2, arY1, arY2, arXVal);
+  return Line(arX1, arX2, arY1, arY2, arXVal);
 }
 
 double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,
@@ -90,11 +125,10 @@ double CInterpolate::OneDLinearInterpolateWithBounds(EOutOfBoundsBehaviour aeOut
   if (moUtils == nullptr) Raise(kInvalidProcedureCall);
   std::int32_t interval = 0;
   const bool isInside = moUtils->ArrayLocate(arXVals, arX, interval);
-  const bool ascending = arXVals(anLowerBound) < arXVals(anUpperBound);
-  if (isInside) return AlongLine(*this, arXVals, arYVals, interval, After(interval), arX);
-  const Outside outside{arXVals, arYVals, arX, anLowerBound, anUpperBound, ascending};
-  if (aeOutOfBoundsBehaviour == eInterpClip) return outside.Clipped();
-  if (aeOutOfBoundsBehaviour == eInterpExtrapolate) return outside.Extrapolated(*this);
+  const PointTable table{arXVals, arYVals, anLowerBound, anUpperBound};
+  if (isInside) return table.AlongLine(interval, After(interval), arX);
+  if (aeOutOfBoundsBehaviour == eInterpClip) return table.Clipped(arX);
+  if (aeOutOfBoundsBehaviour == eInterpExtrapolate) return table.Extrapolated(arX);
   return 0.0;
 }
 

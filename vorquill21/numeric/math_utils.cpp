@@ -1,7 +1,6 @@
 #include "vorquill21/numeric/math_utils.hpp"
 
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <limits>
@@ -12,6 +11,7 @@
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/number_text.hpp"
+#include "vorquill21/numeric/table_search.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -56,39 +56,23 @@ bool ForAllIndices(const Variant& array, const Visit& visit, Index... outer) {
 
 // --- Searching -------------------------------------------------------------------------------------------
 
-/// Halves the interval from the first to the last node until its ends are neighbours, going up where
-/// (x >= node) equals `ascending`; returns the lower end.
-///
-/// All searches in one table take the same number of steps, without a jump that depends on a node: once the
-/// ends are neighbours, a further step meets the lower end again and changes nothing.
-template <bool ascending>
-std::int32_t Bisect(std::span<const double> nodes, double x) {
-  std::uint32_t low = 0;
-  auto high = static_cast<std::uint32_t>(nodes.size() - 1);
-  for (auto steps = std::bit_width(high); steps > 0; --steps) {
-    const std::uint32_t middle = (low + high) / 2;
-    const bool goesUp = (x >= nodes[middle]) == ascending;
-    const std::uint32_t lowAfter = goesUp ? middle : low;
-    high = goesUp ? high : middle;
-    low = lowAfter;
-  }
-  return static_cast<std::int32_t>(low);
-}
-
-[[noreturn, gnu::cold]] void RaiseInvalidLimits() {
-  throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
-                     u"One or more array bounds are below 0");
-}
-
-/// The same by indices whose sums may leave 32 bits: error 6.
-[[gnu::cold]] std::int32_t BisectByIndex(ArrayView<const double> nodes, double x, bool ascending) {
+/// ArrayLocate by the indices of the table, step by step.
+[[gnu::cold]] bool LocateByIndex(ArrayView<const double> nodes, double x, std::int32_t& index) {
   std::int32_t low = nodes.LowerBound();
   std::int32_t high = nodes.UpperBound();
-  while (high - low >= 2) {
+  if (low < 0 || high < 0) {
+    throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
+                       u"One or more array bounds are below 0");
+  }
+  const bool ascending = IsAscendingAround(nodes.Elements(), x);
+  const bool found = ascending || IsDescendingAround(nodes.Elements(), x);
+  const bool isInFirst = ascending && x <= nodes(CheckedInt32(std::int64_t{low} + 1));
+  while (!isInFirst && high - low >= 2) {
     const std::int32_t middle = CheckedInt32(std::int64_t{low} + high) / 2;
     ((x >= nodes(middle)) == ascending ? low : high) = middle;
   }
-  return low;
+  index = low;
+  return found;
 }
 
 // --- Copying ---------------------------------------------------------------------------------------------
@@ -250,27 +234,12 @@ std::int32_t SignedWord(std::int32_t value) {
 CMathUtils::CMathUtils(Platform& platform) : platform_(platform) {}
 
 bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const {
-  const std::int32_t lo = arXVals.LowerBound();
-  const std::int32_t hi = arXVals.UpperBound();
-  if (lo < 0 || hi < 0) RaiseInvalidLimits();
-
+  const Bounds bounds{arXVals.LowerBound(), arXVals.UpperBound()};
+  if (!AllowBisection(bounds)) return LocateByIndex(arXVals, arX, anIndex);
   const std::span<const double> nodes = arXVals.Elements();
-  const bool ascending = nodes.front() <= arX && arX <= nodes.back();
-  const bool found = ascending || (nodes.back() <= arX && arX <= nodes.front());
-  if (ascending && arX <= arXVals(CheckedInt32(std::int64_t{lo} + 1))) {
-    anIndex = lo;
-    return found;
-  }
-
-  constexpr std::int32_t kGreatestToDouble = std::numeric_limits<std::int32_t>::max() / 2;
-  if (hi > kGreatestToDouble) {
-    anIndex = BisectByIndex(arXVals, arX, ascending);
-  } else if (ascending) {
-    anIndex = lo + Bisect<true>(nodes, arX);
-  } else {
-    anIndex = lo + Bisect<false>(nodes, arX);
-  }
-  return found;
+  const bool ascending = IsAscendingAround(nodes, arX);
+  anIndex = bounds.lower + FindInterval(nodes, arX, ascending);
+  return ascending || IsDescendingAround(nodes, arX);
 }
 
 void CMathUtils::CopyArray1D(BoundedArray<double>& arTargetArray, const Variant& avArraySource) const {
