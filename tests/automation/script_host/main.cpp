@@ -65,6 +65,8 @@ int Run(std::vector<std::wstring> arguments) {
 }  // namespace script_host
 
 int main() {
+  SetErrorMode(SEM_FAILCRITICALERRORS |
+               SEM_NOGPFAULTERRORBOX);  // a crash ends the run, nobody would close its box
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   script_host::EndWhenStuck();
   int code = 2;
