@@ -19,3 +19,18 @@ try {
   Expect("an error", error.description, "String 'Log not initialised'");
   Expect("its number", error.number & 0xFFFF, "Long 1000");
 }
+
+// An object of the script's own finds the intervals of tables.
+var interpolate = new ActiveXObject("Vorquill21.CInterpolate");
+var firstInterval = {
+  calls: "",
+  ArrayLocate: function (nodes, x, index) {
+    this.calls += Shown(nodes) + " at " + Shown(x);
+    return true;
+  }
+};
+interpolate.moUtils = firstInterval;
+Expect("its place", interpolate.moUtils, "Object CMathUtils");
+Expect("a table", interpolate.OneDLinearInterpolate(0, ArrayOf("Double(0 to 2)", main.LibString.Split5("0 1 2")),
+  ArrayOf("Double(0 to 2)", main.LibString.Split5("0 1 10")), 2), "Long 2");
+Expect("what it was asked", firstInterval.calls, "String 'Double(0 to 2) 0, 1, 2 at Long 2'");
