@@ -1,0 +1,58 @@
+# CPack runs this before it packs: brings what was installed into the packages' folders into the form that Debian asks
+# for. The project's own variables come as CPACK_VORQUILL21_...
+set(root "${CPACK_TEMPORARY_INSTALL_DIRECTORY}")
+
+function(run)
+  execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
+endfunction()
+
+# The library and the file that its self-tests look for beside it get a folder of their own, so that packages of
+# several versions can be installed together; a link stands where libraries are looked for.
+function(move_library_into_its_folder)
+  set(libraries "${root}/runtime/usr/${CPACK_VORQUILL21_LIBDIR}")
+  set(name "libvorquill21.so.${CPACK_PACKAGE_VERSION}")
+  set(folder "${libraries}/${CPACK_VORQUILL21_PRIVATE_NAME}")
+  file(MAKE_DIRECTORY "${folder}")
+  file(RENAME "${libraries}/${name}" "${folder}/${name}")
+  file(RENAME "${libraries}/self test" "${folder}/self test")
+  file(CREATE_LINK "${CPACK_VORQUILL21_PRIVATE_NAME}/${name}" "${libraries}/${name}" SYMBOLIC)
+endfunction()
+
+function(strip_binaries)
+  set(sections --remove-section=.comment --remove-section=.note)
+  file(GLOB_RECURSE binaries LIST_DIRECTORIES false
+       "${root}/*/usr/bin/*" "${root}/*/usr/lib/*.so" "${root}/*/usr/lib/*.so.*")
+  foreach(binary IN LISTS binaries)
+    if(NOT IS_SYMLINK "${binary}")
+      run(strip --strip-unneeded ${sections} "${binary}")
+    endif()
+  endforeach()
+  run(strip --strip-debug ${sections} --enable-deterministic-archives
+      "${root}/development/usr/${CPACK_VORQUILL21_LIBDIR}/libvorquill21.a")
+endfunction()
+
+# The file "copyright" of each package holds the licence.
+function(remove_licence)
+  file(GLOB_RECURSE licences LIST_DIRECTORIES false "${root}/*/LICENSE")
+  file(REMOVE ${licences})
+endfunction()
+
+function(compress_manuals_and_changelogs)
+  file(GLOB_RECURSE files LIST_DIRECTORIES false "${root}/*/usr/share/man/*" "${root}/*/usr/share/doc/*/changelog")
+  foreach(file IN LISTS files)
+    run(gzip --best --no-name "${file}")
+  endforeach()
+endfunction()
+
+# The same sources give the same packages.
+function(set_times)
+  if(DEFINED ENV{SOURCE_DATE_EPOCH})
+    run(find "${root}" -exec touch --no-dereference --date "@$ENV{SOURCE_DATE_EPOCH}" "{}" +)
+  endif()
+endfunction()
+
+move_library_into_its_folder()
+strip_binaries()
+remove_licence()
+compress_manuals_and_changelogs()
+set_times()
