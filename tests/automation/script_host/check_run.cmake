@@ -1,0 +1,10 @@
+# Runs PROGRAM, a list, and fails unless it ends with CODE and all it says matches OUTPUT, a regular expression.
+execute_process(COMMAND ${PROGRAM} RESULT_VARIABLE code OUTPUT_VARIABLE output ERROR_VARIABLE output)
+string(REPLACE "\r\n" "\n" output "${output}")
+message("${output}")
+if(NOT code STREQUAL "${CODE}")
+  message(FATAL_ERROR "ended with ${code}, but was to end with ${CODE}")
+endif()
+if(NOT output MATCHES "${OUTPUT}")
+  message(FATAL_ERROR "was to say ${OUTPUT}")
+endif()

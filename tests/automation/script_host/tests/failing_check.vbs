@@ -1,0 +1,2 @@
+Expect "right", 1, "Integer 1"
+Expect "wrong", 2, "Integer 1"

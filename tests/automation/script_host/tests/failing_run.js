@@ -1,0 +1,2 @@
+Expect("right", 1, "Long 1");
+noSuchThing();

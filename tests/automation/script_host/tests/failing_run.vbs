@@ -1,0 +1,2 @@
+Expect "right", 1, "Integer 1"
+  Err.Raise 1000, "CLog.AddEntry", "Log not initialised"

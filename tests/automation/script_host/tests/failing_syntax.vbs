@@ -1,0 +1,3 @@
+Option Explicit
+Dim a
+a = = 1

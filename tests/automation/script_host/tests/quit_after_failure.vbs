@@ -1,0 +1,2 @@
+Expect "wrong", 2, "Integer 1"
+Quit 0

@@ -1,0 +1,8 @@
+Option Explicit
+
+Dim files
+Set files = CreateObject("Scripting.FileSystemObject")
+Expect "the scratch folder is there", files.FolderExists(ScratchFolder), "Boolean True"
+Expect "the script's name", files.FileExists(WScript.ScriptFullName), "Boolean True"
+Expect "the first argument", Arguments(0), "String 'first one'"
+Echo "scratch folder:", ScratchFolder

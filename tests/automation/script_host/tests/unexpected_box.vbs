@@ -1,0 +1,1 @@
+MsgBox "nobody asked", 16, "Title"

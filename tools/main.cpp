@@ -1,0 +1,66 @@
+// The command-line companion of the library: see docs/command-line.md.
+
+#include <exception>
+#include <iostream>
+#include <new>
+
+#include "program/arguments.hpp"
+
+namespace {
+
+using namespace vorquill21;
+using namespace vorquill21::tool;
+
+ExitCode RunChosen(Session& session, Program& program) {
+  Result result;
+  ExitCode code;
+  {
+    const std::string command = program.App().get_subcommands().front()->get_name();
+    Progress progress(command, session.GetTerminal().ErrorIsTerminal() && command != "log");
+    session.GetFiles().ReportTo(&progress);
+    code = program.Chosen()(session, result);
+    session.GetFiles().ReportTo(nullptr);
+  }
+  if (code == ExitCode::kSilent) return ExitCode::kGood;
+  Terminal& terminal = session.GetTerminal();
+  terminal.Write(session.wantsJson ? result.ForPrograms() : result.ForPeople(terminal.OutputHasColour()));
+  return code;
+}
+
+ExitCode Run(Session& session, int argumentCount, char** arguments) {
+  Program program;
+  try {
+    program.App().parse(ParserArguments(argumentCount, arguments));
+    session.wantsJson = program.WantsJson();
+  } catch (const CLI::ParseError& request) {
+    std::ostringstream output;
+    std::ostringstream complaint;
+    if (program.App().exit(request, output, complaint) == 0) {
+      session.GetTerminal().Write(output.str());
+      return ExitCode::kGood;
+    }
+    throw Failure(ExitCode::kUsage, request.what());
+  }
+  return RunChosen(session, program);
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+  Session session;
+  const auto endWith = [&session](ExitCode code, const char* reason) {
+    session.GetTerminal().Complain(reason);
+    return static_cast<int>(code);
+  };
+  try {
+    return static_cast<int>(Run(session, argumentCount, arguments));
+  } catch (const Failure& failure) {
+    return endWith(failure.Code(), failure.what());
+  } catch (const LibraryError& error) {
+    return endWith(ExitCodeOf(error), error.what());
+  } catch (const std::bad_alloc&) {
+    return endWith(ExitCode::kRefused, "Out of memory");
+  } catch (const std::exception& error) {
+    return endWith(ExitCode::kRefused, error.what());
+  }
+}
