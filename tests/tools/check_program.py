@@ -373,6 +373,8 @@ class Shells(Scratch):
         self.assertEqual(self.complete_in_bash("table", "show", "--p"), {"--page"})
         self.assertEqual(self.complete_in_bash("plot", "table", "tyre.txt", "X", "--as", ""), {"curves", "map"})
         self.assertEqual(self.complete_in_bash("completion", "z"), {"zsh"})
+        self.assertIn("--strict", self.complete_in_bash("import", "--"))
+        self.assertIn("--decimal-comma", self.complete_in_bash("--json", "table", "import", "a", "b", "--d"))
         self.assertEqual(self.complete_in_bash("log", "show", "a.log", "--kind", "wa"), {"warning"})
 
     def test_zsh_takes_the_script(self) -> None:
@@ -397,6 +399,10 @@ class Shells(Scratch):
 
         self.assertLessEqual({"info", "table", "plot"}, complete("vorquill21 "))
         self.assertEqual(complete("vorquill21 table "), {"show", "export", "import"})
+        self.assertEqual(complete("vorquill21 plot "), {"curves", "fit", "table"})
+        self.assertNotIn("show", complete("vorquill21 plot table "))
+        self.assertIn("--decimal-comma", complete("vorquill21 --json table import --"))
+        self.assertNotIn("--decimal-comma", complete("vorquill21 import --"))
         self.assertEqual(complete("vorquill21 plot table a b --as "), {"curves", "map"})
         self.assertEqual(complete("vorquill21 completion z"), {"zsh"})
 
