@@ -21,14 +21,16 @@ std::vector<std::wstring> CommandLine() {
   return texts;
 }
 
-/// Only while a dialog waits does a script wait.
+void CALLBACK EndRun(HWND, UINT, UINT_PTR, DWORD) {
+  std::puts("a dialog stayed unanswered");
+  std::fflush(stdout);
+  std::_Exit(1);
+}
+
+/// Only while a dialog waits does a script wait, and timers run.
 void EndWhenADialogStays() {
   constexpr UINT kMilliseconds = 60'000;
-  SetTimer(nullptr, 0, kMilliseconds, [](HWND, UINT, UINT_PTR, DWORD) {
-    std::puts("a dialog stayed unanswered");
-    std::fflush(stdout);
-    std::_Exit(1);
-  });
+  SetTimer(nullptr, 0, kMilliseconds, &EndRun);
 }
 
 void ActivateManifest(const std::filesystem::path& manifest) {
