@@ -53,14 +53,19 @@ void SetMathUtils(CInterpolate& interpolate, _CMathUtils* value);
 
 }  // namespace
 
+// clang-format off
 template <>
 struct Served<_CTrigonometry> {
   using Core = CTrigonometry;
   static constexpr _CTrigonometryVtbl kTable{
-      VORQUILL21_INHERITED_ENTRIES,          .ArcCos = Method<&Core::ArcCos>,
-      .ArcSin = Method<&Core::ArcSin>,       .ArcTan2 = Method<&Core::ArcTan2>,
-      .Degrees = Method<&Core::Degrees>,     .Pi = Method<&Core::Pi>,
-      .PolarToXY = Method<&Core::PolarToXY>, .Radians = Method<&Core::Radians>,
+      VORQUILL21_INHERITED_ENTRIES,
+      .ArcCos = Method<&Core::ArcCos>,
+      .ArcSin = Method<&Core::ArcSin>,
+      .ArcTan2 = Method<&Core::ArcTan2>,
+      .Degrees = Method<&Core::Degrees>,
+      .Pi = Method<&Core::Pi>,
+      .PolarToXY = Method<&Core::PolarToXY>,
+      .Radians = Method<&Core::Radians>,
       .XYToPolar = Method<&Core::XYToPolar>,
   };
   static constexpr ClassEntry kEntry{CLSID_CTrigonometry, IID__CTrigonometry, nullptr, L"CTrigonometry",
@@ -295,6 +300,7 @@ struct Served<_Main> {
   static constexpr ClassEntry kEntry{CLSID_Main, IID__Main, nullptr, L"Main", &Make<_Main>};
 };
 #undef VORQUILL21_INHERITED_ENTRIES
+// clang-format on
 
 namespace {
 

@@ -45,8 +45,9 @@ HRESULT Report(const LibraryError& error, REFIID interfaceId) noexcept;
 HRESULT ReportCurrentException(REFIID interfaceId) noexcept;
 
 #ifdef VORQUILL21_AUTOMATION_HOOK
-/// Called at the start of each guarded operation, and may throw. Only in the server that is built for tests.
-extern "C" void (*g_hook)();
+/// Called at the start of each guarded operation; may throw. Only in the server that is built for tests,
+/// which has it.
+void CallHook();
 #endif
 
 /// The boundary that no exception crosses: calls `operation` and reports what it throws.
@@ -54,7 +55,7 @@ template <typename Operation>
 HRESULT Guarded(REFIID interfaceId, Operation&& operation) noexcept {
   try {
 #ifdef VORQUILL21_AUTOMATION_HOOK
-    if (g_hook != nullptr) g_hook();
+    CallHook();
 #endif
     operation();
     return S_OK;

@@ -53,6 +53,12 @@ class ClassFactory final : public IClassFactory {
 
 using namespace vorquill21::automation;
 
+/// `isProcessEnding` is null when the library alone is unloaded.
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, void* isProcessEnding) {
+  if (reason == DLL_PROCESS_DETACH && isProcessEnding == nullptr) ForgetTypeLibrary();
+  return TRUE;
+}
+
 STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** result) {
   if (result == nullptr) return E_POINTER;
   *result = nullptr;

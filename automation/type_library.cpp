@@ -20,7 +20,8 @@ struct GuidLess {
   }
 };
 
-/// What is read once and kept: never ended by itself, since the system's libraries may be gone by then.
+/// What is read once and kept. It does not end by itself: at the end of a process the system's libraries may
+/// be gone.
 struct Cache {
   std::mutex mutex;
   Reference<ITypeLib> library;
@@ -103,7 +104,7 @@ Function ReadFunction(ITypeInfo& declaring, const FUNCDESC& description) {
 
 }  // namespace
 
-InterfaceInfo::InterfaceInfo(REFIID id, ITypeLib& library) : id_(id) {
+InterfaceInfo::InterfaceInfo(REFIID id, ITypeLib& library) {
   Require(library.GetTypeInfoOfGuid(id, named_.Receive()));
   HREFTYPE tableHalf = 0;
   Require(named_->GetRefTypeOfImplType(static_cast<UINT>(-1), &tableHalf));
@@ -113,6 +114,10 @@ InterfaceInfo::InterfaceInfo(REFIID id, ITypeLib& library) : id_(id) {
     descriptions_.push_back(description);
     functions_.push_back(ReadFunction(*table_, *description));
   }
+}
+
+InterfaceInfo::~InterfaceInfo() {
+  for (FUNCDESC* description : descriptions_) table_->ReleaseFuncDesc(description);
 }
 
 const Function* InterfaceInfo::Find(DISPID id, WORD kind) const noexcept {
@@ -150,6 +155,11 @@ const InterfaceInfo& InfoOf(REFIID id) {
   auto& info = cache.interfaces[id];
   if (info == nullptr) info = std::make_unique<InterfaceInfo>(id, LoadedLibrary(cache));
   return *info;
+}
+
+void ForgetTypeLibrary() noexcept {
+  TheCache().interfaces.clear();
+  TheCache().library = nullptr;
 }
 
 }  // namespace vorquill21::automation

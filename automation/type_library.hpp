@@ -33,8 +33,10 @@ struct Function {
 class InterfaceInfo {
  public:
   InterfaceInfo(REFIID id, ITypeLib& library);
+  InterfaceInfo(const InterfaceInfo&) = delete;
+  InterfaceInfo& operator=(const InterfaceInfo&) = delete;
+  ~InterfaceInfo();
 
-  REFIID Id() const noexcept { return id_; }
   ITypeInfo& TypeInfo() const noexcept { return *named_; }
 
   /// The member with this number that can be used in one of the ways of `kind` (DISPATCH_METHOD, ...), or
@@ -42,7 +44,6 @@ class InterfaceInfo {
   const Function* Find(DISPID id, WORD kind) const noexcept;
 
  private:
-  IID id_;
   Reference<ITypeInfo> named_;  // the interface as its members are called by name
   Reference<ITypeInfo> table_;  // and as its table has them
   std::vector<Function> functions_;
@@ -57,5 +58,8 @@ ITypeLib& OwnTypeLibrary();
 
 /// What the type library says of one of our interfaces; read at the first call.
 const InterfaceInfo& InfoOf(REFIID id);
+
+/// Forgets all that was read; nobody may be using it any more.
+void ForgetTypeLibrary() noexcept;
 
 }  // namespace vorquill21::automation

@@ -9,6 +9,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -31,22 +32,37 @@ enum class Calls {
   kExclusive,  ///< released; calls of one object wait for each other, as it has a state
 };
 
-/// The lock of one object with a state. It travels with the pointer that Python holds, and may be taken again
-/// by the thread that has it, as handlers of events do.
-struct ObjectLock {
+/// What an object with a state has in Python besides. It travels with the pointer that Python holds.
+struct Companion {
+  std::recursive_mutex mutex;  ///< handlers of events may call back
+  std::map<std::uint64_t, std::weak_ptr<py::object>> handlers;
+};
+
+struct WithCompanion {
   std::shared_ptr<void> object;
-  std::shared_ptr<std::recursive_mutex> mutex = std::make_shared<std::recursive_mutex>();
+  std::shared_ptr<Companion> companion = std::make_shared<Companion>();
 
   void operator()(void*) { object.reset(); }
 };
 
 template <typename C>
-std::shared_ptr<C> WithLock(std::shared_ptr<C> object) {
+std::shared_ptr<C> Accompanied(std::shared_ptr<C> object) {
   C* raw = object.get();
-  return {raw, ObjectLock{std::move(object)}};
+  return {raw, WithCompanion{std::move(object)}};
 }
 
-/// Runs `call` in the way that is wanted; for kExclusive `object` comes from WithLock.
+template <typename C>
+Companion& CompanionOf(const std::shared_ptr<C>& object) {
+  return *std::get_deleter<WithCompanion>(object)->companion;
+}
+
+/// Whether nobody but one object of Python's holds `object`, which Accompanied made.
+template <typename C>
+bool IsHeldByPythonAlone(const std::shared_ptr<C>& object) {
+  return object.use_count() == 1 && std::get_deleter<WithCompanion>(object)->object.use_count() == 1;
+}
+
+/// Runs `call` in the way that is wanted; for kExclusive `object` comes from Accompanied.
 template <Calls kCalls, typename C, typename Call>
 decltype(auto) Running(const std::shared_ptr<C>& object, Call&& call) {
   if constexpr (kCalls == Calls::kQuick) {
@@ -54,7 +70,7 @@ decltype(auto) Running(const std::shared_ptr<C>& object, Call&& call) {
   } else {
     const py::gil_scoped_release released;
     if constexpr (kCalls == Calls::kExclusive) {
-      const std::lock_guard guard(*std::get_deleter<ObjectLock>(object)->mutex);
+      const std::lock_guard guard(CompanionOf(object).mutex);
       return call();
     } else {
       return call();
@@ -224,13 +240,15 @@ auto Argument(const Name& name) {
 template <typename C, Calls kUsual = Calls::kQuick, typename... Bases>
 class Class {
  public:
-  Class(py::module_& module, const char* name, const char* doc) : class_(module, name, doc) {}
+  template <typename... Extra>
+  Class(py::module_& module, const char* name, const char* doc, const Extra&... extra)
+      : class_(module, name, doc, extra...) {}
 
   /// Python makes objects without arguments.
   Class& Constructor() {
     const auto make = [] {
       if constexpr (kUsual == Calls::kExclusive) {
-        return WithLock(std::make_shared<C>());
+        return Accompanied(std::make_shared<C>());
       } else {
         return std::make_shared<C>();
       }

@@ -24,7 +24,7 @@ py::tuple TupleOf(const std::vector<std::int32_t>& numbers) {
 /// One lower bound counts for all dimensions.
 std::vector<std::int32_t> LowerBoundsOf(const py::object& lowerBounds, const py::array& values) {
   std::vector<std::int32_t> bounds;
-  for (const py::handle bound : AsTuple(lowerBounds)) bounds.push_back(py::cast<Integer>(bound).value);
+  for (const py::handle bound : AsTuple(lowerBounds)) bounds.push_back(IntegerOf(bound));
   if (!py::isinstance<py::tuple>(lowerBounds))
     bounds.resize(static_cast<std::size_t>(values.ndim()), bounds[0]);
   return bounds;
@@ -76,7 +76,7 @@ py::tuple BoundedValues::PlaceOf(py::handle index) const {
     throw py::index_error("an element has one index for each dimension");
   py::tuple place(indices.size());
   for (std::size_t d = 0; d < indices.size(); ++d) {
-    const std::int64_t offset = std::int64_t{py::cast<Integer>(indices[d]).value} - lowerBounds_[d];
+    const std::int64_t offset = std::int64_t{IntegerOf(indices[d])} - lowerBounds_[d];
     if (offset < 0 || offset >= values_.shape()[d]) throw py::index_error("the index is outside the bounds");
     place[d] = py::int_(offset);
   }

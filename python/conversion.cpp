@@ -302,6 +302,12 @@ BoundedArray<double> DoublesIn(const BoundedArray<Variant>& array) {
 
 }  // namespace
 
+std::int32_t IntegerOf(py::handle object) {
+  const auto number = py::reinterpret_steal<py::object>(PyNumber_Index(object.ptr()));
+  if (!number) throw py::error_already_set();
+  return Int32Of(number);
+}
+
 Text TextOf(const py::str& string) {
   const auto length = static_cast<std::size_t>(PyUnicode_GET_LENGTH(string.ptr()));
   const void* data = PyUnicode_DATA(string.ptr());
@@ -430,15 +436,17 @@ py::object ObjectOf(BoundedArray<Variant>&& array) {
 }
 
 std::shared_ptr<py::object> Kept(py::object object) {
-  return {new py::object(std::move(object)), [](py::object* kept) {
-            if (Py_IsInitialized() != 0) {
-              const py::gil_scoped_acquire lock;
-              delete kept;
-            } else {
-              kept->release();  // the interpreter is gone, and its objects with it
-              delete kept;
-            }
-          }};
+  return {new py::object(std::move(object)), LetGo()};
+}
+
+void LetGo::operator()(py::object* object) const {
+  if (Py_IsInitialized() != 0) {
+    const py::gil_scoped_acquire lock;
+    delete object;
+  } else {
+    object->release();  // the interpreter is gone, and its objects with it
+    delete object;
+  }
 }
 
 }  // namespace vorquill21::python
@@ -447,9 +455,7 @@ namespace pybind11::detail {
 
 bool type_caster<vorquill21::python::Integer>::load(handle source, bool) {
   if (PyIndex_Check(source.ptr()) == 0) return false;
-  const auto number = reinterpret_steal<object>(PyNumber_Index(source.ptr()));
-  if (!number) throw error_already_set();
-  value.value = vorquill21::python::Int32Of(number);
+  value.value = vorquill21::python::IntegerOf(source);
   return true;
 }
 

@@ -27,6 +27,9 @@ struct Integer {
   std::int32_t value = 0;
 };
 
+/// The value of an object that is an integer; TypeError otherwise.
+std::int32_t IntegerOf(py::handle object);
+
 /// The text of a str, unit by unit: a character beyond the basic plane becomes two units, a lone surrogate
 /// one.
 Text TextOf(const py::str& string);
@@ -61,6 +64,11 @@ py::object ObjectOf(BoundedArray<Variant>&& array);
 /// An object of Python's that lives as long as somebody in the library refers to it, and is let go with the
 /// interpreter's lock held.
 std::shared_ptr<py::object> Kept(py::object object);
+
+/// Lets go of what Kept made; its presence tells that a pointer stems from there.
+struct LetGo {
+  void operator()(py::object* object) const;
+};
 
 }  // namespace vorquill21::python
 

@@ -1,6 +1,7 @@
 #include "vorquill21/interpolate/interpolate.hpp"
 
 #include "python/binding.hpp"
+#include "python/cycles.hpp"
 #include "python/module.hpp"
 
 namespace vorquill21::python {
@@ -16,13 +17,27 @@ void SetUtils(CInterpolate& interpolate, const py::object& utils) {
   interpolate.moUtils = std::shared_ptr<CMathUtils>(Kept(utils), py::cast<CMathUtils*>(utils));
 }
 
+struct UtilsOfHost {
+  template <typename Visitor>
+  static int Visit(const std::shared_ptr<CInterpolate>& interpolate, const Visitor& visit) {
+    const auto& utils = interpolate->moUtils;
+    const bool stemsFromPython = std::get_deleter<LetGo>(utils) != nullptr;
+    if (!stemsFromPython || interpolate.use_count() > 1 || utils.use_count() > 1) return 0;
+    return visit(
+        py::detail::get_object_handle(utils.get(), py::detail::get_type_info(typeid(CMathUtils))).ptr());
+  }
+
+  static void Clear(const std::shared_ptr<CInterpolate>& interpolate) { interpolate->moUtils.reset(); }
+};
+
 }  // namespace
 
 void AddInterpolate(py::module_& module) {
   using C = CInterpolate;
   Class<C> bound(
       module, "CInterpolate",
-      "Interpolation in tables of points, and polynomials of least squares in one and two dimensions.");
+      "Interpolation in tables of points, and polynomials of least squares in one and two dimensions.",
+      SeenByCollector<C, UtilsOfHost>());
   bound.Constructor().OfPybind().def_property(
       "moUtils", [](const C& self) { return self.moUtils; }, &SetUtils,
       "The CMathUtils that finds the intervals of tables; a host may put its own in its place.");

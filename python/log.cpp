@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "python/binding.hpp"
+#include "python/cycles.hpp"
 #include "python/module.hpp"
 
 namespace vorquill21::python {
@@ -21,26 +22,47 @@ py::object ActionOf(ELogAction action) {
 
 /// A handler of Python's. What it raises is ignored, as an exception that nobody can catch:
 /// sys.unraisablehook.
-LogEvent::Handler HandlerOf(const py::object& callable) {
-  return [handler = Kept(callable)](TextView message, ELogAction action) {
+LogEvent::Handler HandlerOf(const std::shared_ptr<py::object>& callable) {
+  return [callable](TextView message, ELogAction action) {
     const py::gil_scoped_acquire lock;
     try {
-      (*handler)(message, ActionOf(action));
+      (*callable)(message, ActionOf(action));
     } catch (py::error_already_set& raised) {
-      raised.discard_as_unraisable(*handler);
+      raised.discard_as_unraisable(*callable);
     }
   };
 }
 
 LogEvent::Connection Connect(const EntryLoggedOf& event, const py::object& handler) {
   if (PyCallable_Check(handler.ptr()) == 0) throw py::type_error("a handler is callable");
-  return Running<Calls::kExclusive>(
-      event.log, [&, made = HandlerOf(handler)] { return event.log->EntryLogged.Connect(made); });
+  const auto kept = Kept(handler);
+  const auto connection =
+      Running<Calls::kExclusive>(event.log, [&] { return event.log->EntryLogged.Connect(HandlerOf(kept)); });
+  CompanionOf(event.log).handlers[connection] = kept;
+  return connection;
 }
 
 void Disconnect(const EntryLoggedOf& event, LogEvent::Connection connection) {
+  CompanionOf(event.log).handlers.erase(connection);
   Running<Calls::kExclusive>(event.log, [&] { event.log->EntryLogged.Disconnect(connection); });
 }
+
+struct HandlersOfLog {
+  template <typename Visitor>
+  static int Visit(const std::shared_ptr<CLog>& log, const Visitor& visit) {
+    if (!IsHeldByPythonAlone(log)) return 0;
+    for (const auto& [connection, handler] : CompanionOf(log).handlers) {
+      const auto kept = handler.lock();
+      if (const int stop = kept ? visit(kept->ptr()) : 0) return stop;
+    }
+    return 0;
+  }
+
+  static void Clear(const std::shared_ptr<CLog>& log) {
+    const auto handlers = std::move(CompanionOf(log).handlers);
+    for (const auto& [connection, handler] : handlers) log->EntryLogged.Disconnect(connection);
+  }
+};
 
 /// The error that Python is handling, nothing when there is none.
 py::object HandledError() {
@@ -51,7 +73,7 @@ py::object HandledError() {
 [[noreturn]] void ThrowInCpp(const py::object& error) {
   const py::module_ builtins = py::module_::import("builtins");
   if (py::isinstance(error, py::module_::import("vorquill21").attr("LibraryError"))) {
-    throw LibraryError(py::cast<Integer>(error.attr("number")).value, py::cast<Text>(error.attr("source")),
+    throw LibraryError(IntegerOf(error.attr("number")), py::cast<Text>(error.attr("source")),
                        py::cast<Text>(error.attr("description")));
   }
   if (py::isinstance(error, builtins.attr("MemoryError"))) throw std::bad_alloc();
@@ -88,7 +110,8 @@ void AddLog(py::module_& module) {
   using C = CLog;
   Class<C, Calls::kExclusive> bound(
       module, "CLog",
-      "A log file: a line for each entry, banners at start and stop, warnings marked, and an event.");
+      "A log file: a line for each entry, banners at start and stop, warnings marked, and an event.",
+      SeenByCollector<C, HandlersOfLog>());
   bound.Constructor();
   bound.OfPybind()
       .def_property_readonly(

@@ -8,9 +8,9 @@ namespace {
 
 /// An accessor of an object with a state.
 template <auto kAccessor>
-void AddLocked(py::class_<Main, std::shared_ptr<Main>>& bound, const char* name, const char* doc) {
+void AddAccompanied(py::class_<Main, std::shared_ptr<Main>>& bound, const char* name, const char* doc) {
   bound.def(
-      name, [](const Main& main) { return WithLock((main.*kAccessor)()); },
+      name, [](const Main& main) { return Accompanied((main.*kAccessor)()); },
       Description(name, {}, {}, true, doc).c_str());
 }
 
@@ -33,8 +33,8 @@ void AddMain(py::module_& module) {
           "a message).",
           "avParamArray"_a)
       .Method<&Main::LibString>("LibString", "The CString.");
-  AddLocked<&Main::LibLog>(bound.OfPybind(), "LibLog", "The CLog.");
-  AddLocked<&Main::LibFilestream>(bound.OfPybind(), "LibFilestream", "The CFileStream.");
+  AddAccompanied<&Main::LibLog>(bound.OfPybind(), "LibLog", "The CLog.");
+  AddAccompanied<&Main::LibFilestream>(bound.OfPybind(), "LibFilestream", "The CFileStream.");
   bound.Method<&Main::LibOSUtils>("LibOSUtils", "The COSUtils.");
 }
 

@@ -23,14 +23,13 @@ class DerivedMathUtils : public CMathUtils {
 
  private:
   static bool ResultsOf(const py::object& returned, std::int32_t& anIndex) {
-    try {
-      if (!py::isinstance<py::tuple>(returned) || py::len(returned) != 2) throw py::cast_error();
-      const py::tuple results(returned);
-      anIndex = py::cast<Integer>(results[1]).value;
-      return py::cast<bool>(results[0]);
-    } catch (const py::cast_error&) {
+    const bool isPair = py::isinstance<py::tuple>(returned) && py::len(returned) == 2;
+    const py::tuple results = isPair ? py::tuple(returned) : py::make_tuple(py::none(), py::none());
+    if (PyIndex_Check(results[1].ptr()) == 0) {
       throw py::type_error("ArrayLocate returns whether arX is inside, and anIndex");
     }
+    anIndex = IntegerOf(results[1]);
+    return py::bool_(results[0]);
   }
 };
 

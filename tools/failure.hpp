@@ -15,7 +15,6 @@ enum class ExitCode : int {
   kUsage = 2,        ///< the command line makes no sense
   kInputOutput = 3,  ///< a file, folder or stream could not be read or written
   kRefused = 4,      ///< the library, or a safeguard of the program, refused
-  kSilent = -1,      ///< good, and standard output holds data already: no result is printed
 };
 
 /// Ends a run: its exit code, and the reason for the user. Nothing was changed then.

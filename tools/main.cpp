@@ -21,10 +21,19 @@ ExitCode RunChosen(Session& session, Program& program) {
     code = program.Chosen()(session, result);
     session.GetFiles().ReportTo(nullptr);
   }
-  if (code == ExitCode::kSilent) return ExitCode::kGood;
+  if (result.IsSilent()) return code;
   Terminal& terminal = session.GetTerminal();
   terminal.Write(session.wantsJson ? result.ForPrograms() : result.ForPeople(terminal.OutputHasColour()));
   return code;
+}
+
+/// What is wrong with the command line. A word where a command should stand is named.
+std::string Reason(const CLI::App& app, const CLI::ParseError& error) {
+  const std::vector<std::string> unknown = app.remaining(/*recurse=*/true);
+  const bool lacksCommand = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr &&
+                            std::string_view(error.what()) == "A subcommand is required";
+  if (!lacksCommand || unknown.empty()) return error.what();
+  return "there is no command " + Typed(unknown.front()) + "; --help lists them";
 }
 
 ExitCode Run(Session& session, int argumentCount, char** arguments) {
@@ -39,7 +48,7 @@ ExitCode Run(Session& session, int argumentCount, char** arguments) {
       session.GetTerminal().Write(output.str());
       return ExitCode::kGood;
     }
-    throw Failure(ExitCode::kUsage, request.what());
+    throw Failure(ExitCode::kUsage, Reason(program.App(), request));
   }
   return RunChosen(session, program);
 }

@@ -315,5 +315,26 @@ TEST_F(CFileStreamCodePageTest, CharacterCutAtTheEndTakesTheFinalNulWithIt) {
   EXPECT_EQ(Read("ab\x81"), u"a");
 }
 
+/// A code page in which every character has two bytes.
+class PairLocale : public test::ChosenLocale {
+ public:
+  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
+    const std::size_t whole = bytes.size() / 2 * 2;
+    for (std::size_t i = 0; i < whole; i += 2) text += static_cast<char16_t>(bytes[i] + 256 * bytes[i + 1]);
+    return whole;
+  }
+};
+
+TEST(CFileStreamPairsTest, FinalNulThatIsNoWholeCharacterIsTheUnitOfItsByte) {
+  test::FakePlatform fake;
+  PairLocale locale;
+  Platform platform(fake.files, fake.desktop, locale, fake.process, fake.settings);
+  CFileStream stream(platform);
+  fake.files.Replace(kPath, std::string("a\0b\0c\0", 6));
+  Text text;
+  EXPECT_TRUE(stream.FileRead(kPath, &text));
+  EXPECT_EQ(text, u"ab");
+}
+
 }  // namespace
 }  // namespace vorquill21

@@ -107,6 +107,24 @@ TEST(ImportEncodingTest, DelimitersAreMatchedAsBytesOnPagesOfSingleBytes) {
   EXPECT_FALSE(CanBeMatchedAsBytes(u"Ω", locale));
 }
 
+/// A page of single bytes, one of which stands for two units.
+class LigatureLocale : public test::ChosenLocale {
+ public:
+  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
+    for (const char byte : bytes) text += byte == '\x9C' ? Text(u"oe") : FromCodePage(page_, {&byte, 1});
+    return bytes.size();
+  }
+
+ private:
+  test::ChosenLocale page_;
+};
+
+TEST(ImportEncodingTest, LettersAreMatchedAsTextWhereABytePassesForTwo) {
+  const LigatureLocale locale;
+  EXPECT_TRUE(CanBeMatchedAsBytes(u";", locale));
+  EXPECT_FALSE(CanBeMatchedAsBytes(u"x", locale));
+}
+
 TEST(ImportEncodingTest, LettersAreMatchedAsTextWhereCharactersHaveSeveralBytes) {
   const TwoByteLocale locale;
   for (const TextView delimiter : {u"\t", u",", u"; ", u" ", u"?"}) {

@@ -151,6 +151,7 @@ TEST(CurveFitTest, OrderThatThePointsDoNotSupportKeepsTheHighestThatTheyDo) {
       {{0.1, 0.1, 0.7, 0.7}, {1.0, 1.0, 4.0, 4.0}, 3, {0.5, 5.0, 0.0, 0.0}, 0.0},
       {{-1.0, 1.0, -1.0, 1.0}, {0.0, 0.0, 2.0, 2.0}, 2, {1.0, 0.0, 0.0, 0.0}, std::sqrt(4.0 / 3.0)},
       {{1e-300, 1e300, 2e300}, {0.0, 1.0, 2.0}, 3, {0.0, 1e-300, 0.0}, 0.0},
+      {{0.0, 1e-30, 1.0}, {1.0, 1.0, 3.0}, 2, {1.0, 2.0, 0.0}, 0.0},
   };
   constexpr double kRoundingOf32Digits = 1e-31;
   for (const Row& row : rows) {
@@ -334,6 +335,7 @@ TEST(CurveEvaluationTest, OverflowIsRaisedWhereverItHappens) {
   zeros(1) = 1.0;
   EXPECT_EQ(EvaluateCurve(5.0, zeros), 1.0);  // 5^399 is below the largest double
   EXPECT_EQ(RaisedNumber([&] { EvaluateCurve(6.0, zeros); }), kOverflow);
+  for (const double x : {0.0, 0.5, 1.0, -1.0, -5.0}) EXPECT_EQ(EvaluateCurve(x, zeros), 1.0) << x;
   EXPECT_EQ(RaisedNumber([&] {
               EvaluateCurve(-1e300, BoundedArray<double>({1.0, 1.0, 1.0}, 1));
             }),

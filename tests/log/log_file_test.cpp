@@ -3,6 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <memory>
+#include <span>
+#include <utility>
 
 #include "tests/log/log_fixture.hpp"
 #include "vorquill21/log/log.hpp"
@@ -101,6 +104,43 @@ TEST_F(LogTest, OnlyAStartCutsTheFile) {
   EXPECT_EQ(Bytes().size(), 700u);
   log.StopLogging();
   EXPECT_GT(Bytes().size(), 700u);
+}
+
+/// Another process appends to a file between the look at its length and its reading.
+class GrowingFiles : public test::MemoryFiles {
+ public:
+  std::unique_ptr<ByteReader> OpenForReading(TextView path) override {
+    const auto before = MemoryFiles::OpenForReading(path);
+    const std::uint64_t length = before->Length();
+    Append(path, "of another\r\n");
+    return std::make_unique<Reader>(MemoryFiles::OpenForReading(path), length);
+  }
+
+ private:
+  class Reader : public ByteReader {
+   public:
+    Reader(std::unique_ptr<ByteReader> base, std::uint64_t length)
+        : base_(std::move(base)), length_(length) {}
+    std::uint64_t Length() const override { return length_; }
+    std::size_t Read(std::span<char> buffer) override { return base_->Read(buffer); }
+
+   private:
+    std::unique_ptr<ByteReader> base_;
+    std::uint64_t length_;
+  };
+};
+
+TEST(LogOfManyTest, AFileThatGrowsWhileItIsCutIsCutToItsNewEnd) {
+  test::FakePlatform fake;
+  GrowingFiles files;
+  files.MakeFolder(u"/library");
+  files.Replace(kLogPath, Sample(250));
+  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  CLog log(platform);
+  log.Initialise(kLogPath, 100, false, true, u"TITLE");
+  log.StartLogging();
+  const std::string grown = Sample(250) + "of another\r\n";
+  EXPECT_EQ(files.Content(kLogPath), grown.substr(grown.size() - 99) + '\0' + "\r\n" + kBanner);
 }
 
 TEST_F(LogTest, AClearedFileIsNotCut) {

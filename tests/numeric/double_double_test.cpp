@@ -130,6 +130,8 @@ TEST(DoubleDoubleTest, ResultsAreRoundedOnceAlsoWhereTheyAreSubnormal) {
       {{1.5, 0x1p-60}, 3, 12.0},
       {{1.0, 0.0}, -1074, kLeast},
       {{1.0, 0.0}, -1075, 0.0},               // a half goes to the even one
+      {{1.0, -0x1p-80}, -1075, 0.0},          // a little less than a half
+      {{-1.0, 0x1p-80}, -1075, -0.0},         //
       {{1.0, 0x1p-80}, -1075, kLeast},        // a little more than a half
       {{-1.0, -0x1p-80}, -1075, -kLeast},     //
       {{3.0, 0.0}, -1075, 2 * kLeast},        // one and a half

@@ -137,6 +137,20 @@ TEST(ElementaryTest, FastAndAccuratePowerAgree) {
   });
 }
 
+TEST(ElementaryTest, FastAndAccuratePowerAgreeWhereTheExponentIsLarge) {
+  constexpr double kLargestLogarithm = 1000.0;
+  std::mt19937_64 random(22);
+  for (int i = 0; i < kRandomArguments / 100 && !HasFailure(); ++i) {
+    const double distance = std::ldexp(1.0 + static_cast<double>(random() >> 12) * 0x1p-52, -1 - i % 30);
+    const double base = i % 2 == 0 ? 1.0 + distance : 1.0 - distance / 2.0;
+    const double greatest = std::fmin(kLargestLogarithm / std::abs(std::log2(base)), 0x1p32 - 1.0);
+    const auto exponent =
+        static_cast<std::uint32_t>(greatest * static_cast<double>(random() >> 12) * 0x1p-52) + 1;
+    EXPECT_EQ(Bits(IntegerPower(base, exponent)), Bits(AccuratePower(base, exponent)))
+        << std::hexfloat << base << " ^ " << exponent;
+  }
+}
+
 // --- Beside the system's library -------------------------------------------------------------------------
 
 TEST(ElementaryTest, TheSystemsFunctionsAreAtMostOneDoubleAway) {

@@ -313,6 +313,10 @@ TEST_F(CGeometryTest, ProductMayReplaceAFactor) {
   BoundedArray<double> a = Matrix({1, 2}, {1, 2}, {1, 2, 3, 4});
   geometry.MatrixMultiply(a, a, a);
   EXPECT_EQ(a, Matrix({1, 2}, {1, 2}, {7, 10, 15, 22}));
+  const BoundedArray<double> left = Matrix({1, 2}, {1, 2}, {0, 1, 1, 0});
+  BoundedArray<double> right = Matrix({1, 2}, {1, 1}, {1, 2});
+  geometry.MatrixMultiply(left, right, right);
+  EXPECT_EQ(right, Matrix({1, 2}, {1, 1}, {2, 1}));
 }
 
 TEST_F(CGeometryTest, MissingElementsAreOutOfRange) {
@@ -328,6 +332,20 @@ TEST_F(CGeometryTest, MissingElementsAreOutOfRange) {
             }),
             kSubscriptOutOfRange);
   EXPECT_EQ(product, BoundedArray<double>({1, 2}, {1, 1}));
+}
+
+TEST_F(CGeometryTest, FactorsMustHaveTwoDimensionsFromIndexOneOn) {
+  const BoundedArray<double> a = Matrix({1, 2}, {1, 2}, {1, 2, 3, 4});
+  const BoundedArray<double> block({1, 2}, {1, 2}, {1, 2});
+  const BoundedArray<double> fromTwo = Matrix({1, 2}, {2, 3}, {1, 2, 3, 4});
+  for (const BoundedArray<double>& other : {block, fromTwo}) {
+    BoundedArray<double> product;
+    EXPECT_EQ(RaisedNumber([&] { geometry.MatrixMultiply(other, a, product); }), kSubscriptOutOfRange);
+    EXPECT_EQ(RaisedNumber([&] { geometry.MatrixMultiply(a, other, product); }), kSubscriptOutOfRange);
+  }
+  BoundedArray<double> product;
+  geometry.MatrixMultiply(BoundedArray<double>({1, 2}, {-7, -5}), a, product);
+  EXPECT_EQ(product, BoundedArray<double>({1, 2}, {1, 2}));
 }
 
 TEST_F(CGeometryTest, FactorsWithoutTwoDimensionsLeaveTheProduct) {

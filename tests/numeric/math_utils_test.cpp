@@ -144,6 +144,9 @@ TEST_F(ArrayLocateTest, BoundsWhoseSumExceeds32BitsOverflow) {
   EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
   EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
   EXPECT_EQ(Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 0.5), (Located{true, 1'500'000'000}));
+  constexpr std::int32_t kBelowHalf = kMostInt32 / 2 - 2;  // the sum overflows only on the way up
+  EXPECT_EQ(Locate(Doubles({0, 1, 2, 3, 4}, kBelowHalf), 1.5), (Located{true, kBelowHalf + 1}));
+  EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3, 4}, kBelowHalf), 3.5); }), kOverflow);
 }
 
 /// The steps as they are prescribed, one by one.
@@ -558,8 +561,10 @@ TEST_F(IsInBoundsTest, FlagsHaveTheirValuesAndCombine) {
   EXPECT_EQ(evcBetween, 4);
   EXPECT_EQ(evcInclusive, 8);
   EXPECT_EQ(evcNotEqual, 16);
-  const EBoundsChecks combined = evcBetween | evcInclusive;
-  EXPECT_EQ(combined, 12);
+  for (const EBoundsChecks check : {evcGreaterThan, evcLessThan, evcBetween}) {
+    EXPECT_EQ(check | evcInclusive, check + 8);
+    EXPECT_EQ(check | check, check);
+  }
   EXPECT_EQ(emsPositive, 0);
   EXPECT_EQ(emsNegative, 1);
 }

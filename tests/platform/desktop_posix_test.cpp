@@ -1,7 +1,10 @@
 #include "vorquill21/platform/desktop_posix.hpp"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <stdlib.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/time.h>
 #include <sys/wait.h>
@@ -129,6 +132,15 @@ TEST_F(PosixDesktopTest, UnitsThatAreNoCharactersAreShownAsSuch) {
             "c\xEF\xBF\xBD\xF0\x9F\x98\x80");
 }
 
+TEST_F(PosixDesktopTest, AUnitWithoutItsPartnerIsShownAsSuchWhateverFollows) {
+  MakeProgram("zenity");
+  const char16_t high = 0xD83D;
+  const Text text = Text(1, high) + char16_t{0xE000} + high + high + char16_t{0xDE00} + high;
+  EXPECT_EQ(ErrorOutputOf(text), "");
+  EXPECT_EQ(ArgumentsOf("zenity")->back(),
+            "--text=\xEF\xBF\xBD\xEE\x80\x80\xEF\xBF\xBD\xF0\x9F\x98\x80\xEF\xBF\xBD");
+}
+
 TEST_F(PosixDesktopTest, WithoutADisplayAMessageIsOneLineOnStandardError) {
   const ScopedVariable noDisplay("DISPLAY", nullptr);
   MakeProgram("zenity");
@@ -165,6 +177,52 @@ TEST_F(PosixDesktopTest, ABeepIsForTerminalsAlone) {
   ::testing::internal::CaptureStderr();
   desktop_.Beep();
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+/// Standard error is another descriptor, until destroyed.
+class RedirectedStandardError {
+ public:
+  explicit RedirectedStandardError(int descriptor) : kept_(::dup(STDERR_FILENO)) {
+    ::dup2(descriptor, STDERR_FILENO);
+  }
+  RedirectedStandardError(const RedirectedStandardError&) = delete;
+  RedirectedStandardError& operator=(const RedirectedStandardError&) = delete;
+  ~RedirectedStandardError() {
+    ::dup2(kept_, STDERR_FILENO);
+    ::close(kept_);
+  }
+
+ private:
+  int kept_;
+};
+
+TEST_F(PosixDesktopTest, ABeepSoundsOnATerminal) {
+  const int terminal = ::posix_openpt(O_RDWR | O_NOCTTY);
+  if (terminal == -1) GTEST_SKIP() << "the system has no terminals";
+  ASSERT_EQ(::grantpt(terminal), 0);
+  ASSERT_EQ(::unlockpt(terminal), 0);
+  const int end = ::open(::ptsname(terminal), O_RDWR | O_NOCTTY);
+  ASSERT_NE(end, -1);
+  {
+    const RedirectedStandardError redirected(end);
+    desktop_.Beep();
+  }
+  char written[8] = {};
+  EXPECT_EQ(::read(terminal, written, sizeof written), 1);
+  EXPECT_EQ(written[0], '\a');
+  ::close(end);
+  ::close(terminal);
+}
+
+TEST_F(PosixDesktopTest, AMessageThatStandardErrorRefusesHarmsNobody) {
+  const ScopedVariable noDisplay("DISPLAY", nullptr);
+  const int onlyForReading = ::open("/dev/null", O_RDONLY);
+  {
+    const RedirectedStandardError redirected(onlyForReading);
+    desktop_.ShowMessage(u"text", kExclamation, u"Title");
+  }
+  ::close(onlyForReading);
+  EXPECT_EQ(ErrorOutputOf(u"text"), "Title: text\n");
 }
 
 TEST_F(PosixDesktopTest, ADocumentIsHandedToXdgOpen) {
@@ -226,6 +284,7 @@ TEST_F(PosixDesktopTest, WhatCannotBeOpenedHasItsCodeWithoutXdgOpen) {
   ::chmod(At("closed").c_str(), 0);
   ::chmod(folder_.Path().c_str(), 0755);
   WriteContent(At("file"), "x");
+  std::filesystem::create_symlink("circle", At("circle"));
   struct Case {
     Text document;
     std::int32_t result;
@@ -233,6 +292,8 @@ TEST_F(PosixDesktopTest, WhatCannotBeOpenedHasItsCodeWithoutXdgOpen) {
   const Case cases[] = {{folder_.Below(u"missing"), 2},
                         {folder_.Below(u"missing\\a"), 3},
                         {folder_.Below(u"file\\a"), 3},
+                        {folder_.Below(u"circle"), 2},
+                        {folder_.Below(u"missing/a://b"), 3},
                         {u"C:\\a.txt", 3},
                         {u"", 2},
                         {folder_.Below(u"fi") + u'\0', 2},
@@ -346,6 +407,45 @@ TEST_F(SpecialFolderTest, TheUsersChoiceOfFoldersCounts) {
   EXPECT_EQ(Find(46), FromUtf8(folder_.Path().string()));
 }
 
+TEST_F(SpecialFolderTest, ALineThatNamesNoFullPathIsNoChoice) {
+  std::filesystem::create_directories(At(".config"));
+  std::filesystem::create_directories(At("Documents"));
+  for (const std::string value : {"", "/no/quotes", "\"\"", "\"", "\"relative\"", "\"\\"}) {
+    WriteContent(At(".config/user-dirs.dirs"), "XDG_DOCUMENTS_DIR=" + value);
+    EXPECT_EQ(Find(5), In("Documents")) << value;
+  }
+}
+
+TEST_F(SpecialFolderTest, AValueWithoutItsLastQuoteEndsWithTheLine) {
+  std::filesystem::create_directories(At(".config"));
+  std::filesystem::create_directories(At("texts"));
+  WriteContent(At(".config/user-dirs.dirs"),
+               "XDG_DOCUMENTS_DIR=\"$HOME/texts\nXDG_PICTURES_DIR=\"$HOME/te\\xts");
+  EXPECT_EQ(Find(5), In("texts"));
+  EXPECT_EQ(Find(39), In("texts"));
+}
+
+TEST_F(SpecialFolderTest, TheRootKeepsItsSeparator) {
+  const ScopedVariable data("XDG_DATA_HOME", "//");
+  EXPECT_EQ(Find(28), u"/");
+}
+
+TEST_F(SpecialFolderTest, AFolderThatAnotherMakesMeanwhileIsThere) {
+  class BusyFiles : public PosixFiles {
+   public:
+    using PosixFiles::PosixFiles;
+    void MakeFolder(TextView path) override {
+      PosixFiles::MakeFolder(path);
+      PosixFiles::MakeFolder(path);
+    }
+  };
+  BusyFiles files(calls_);
+  PosixDesktop desktop(files, calls_);
+  Text path;
+  EXPECT_EQ(desktop.SpecialFolder(28 + 32768, path), 0);
+  EXPECT_EQ(path, In(".local/share"));
+}
+
 TEST_F(SpecialFolderTest, WithoutAHomeInTheEnvironmentTheUserDatabaseKnowsIt) {
   const ScopedVariable noHome("HOME", nullptr);
   const ScopedVariable config("XDG_CONFIG_HOME", nullptr);
@@ -390,6 +490,19 @@ TEST(ProgramTest, WhatIsNoProgramCannotBeRun) {
   EXPECT_FALSE(RunProgram({"/dev/null"}));
   EXPECT_EQ(test::OpenDescriptors(), descriptors);
   EXPECT_EQ(::waitpid(-1, nullptr, WNOHANG), -1);
+}
+
+TEST(ProgramTest, WithoutADescriptorForItsOutputNoProgramRuns) {
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  std::string output = "before";
+  const auto exitCode = RunProgram({"sh", "-c", "printf x"}, &output);
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(exitCode, std::nullopt);
+  EXPECT_EQ(output, "before");
 }
 
 TEST(ProgramTest, StandardInputIsEmptyAndMuchOutputIsTaken) {

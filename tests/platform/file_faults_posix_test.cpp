@@ -1,10 +1,14 @@
+#include <dirent.h>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -418,6 +422,89 @@ TEST(FileFaultsTest, WhatAnotherAppendsBehindAShortAppendIsNotCutOff) {
   PosixFiles files(calls);
   EXPECT_EQ(RaisedNumber([&] { Append(files, place); }), kDiskFull);
   EXPECT_TRUE(ContentOf(place.At("a")).ends_with("of the other"));
+}
+
+TEST(FileFaultsTest, AShortAppendToAPipeIsAFaultOfTheDevice) {
+  const Workplace place;
+  ASSERT_EQ(::mkfifo(place.At("a").c_str(), 0666), 0);
+  const int reader = ::open(place.At("a").c_str(), O_RDONLY | O_NONBLOCK);
+  BusySystem calls(nullptr);
+  calls.writesHalf = true;
+  PosixFiles files(calls);
+  EXPECT_EQ(RaisedNumber([&] { files.Append(place.Below("a"), "0123456789"); }), kDeviceInputOutput);
+  char received[16] = {};
+  EXPECT_EQ(::read(reader, received, sizeof received), 5);
+  EXPECT_STREQ(received, "01234");
+  ::close(reader);
+}
+
+TEST(FileFaultsTest, AWriteThatTakesNothingIsAFaultOfTheDevice) {
+  class FullCalls : public FileCalls {
+   public:
+    ssize_t Write(int, const char*, std::size_t) override { return 0; }
+  };
+  const Workplace place;
+  MakeOldFile(place);
+  FullCalls calls;
+  PosixFiles files(calls);
+  EXPECT_EQ(RaisedNumber([&] { Replace(files, place); }), kDeviceInputOutput);
+  EXPECT_EQ(Content(place), kOld);
+  EXPECT_EQ(NameList(place), "a ");
+}
+
+TEST(FileFaultsTest, AFolderThatCannotBeSyncedIsNoFault) {
+  class FolderWithoutSync : public FileCalls {
+   public:
+    int Sync(int file) override {
+      struct stat status {};
+      FileCalls::Status(file, status);
+      if (!S_ISDIR(status.st_mode)) return FileCalls::Sync(file);
+      ++refused;
+      errno = EINVAL;
+      return -1;
+    }
+    int refused = 0;
+  };
+  const Workplace place;
+  MakeOldFile(place);
+  FolderWithoutSync calls;
+  PosixFiles files(calls);
+  Replace(files, place);
+  EXPECT_EQ(calls.refused, 1);
+  EXPECT_EQ(Content(place), kNew);
+}
+
+TEST(FileFaultsTest, AFolderInWhichEveryNameOfATemporaryFileIsTakenIsError75) {
+  class CrowdedFolder : public FileCalls {
+   public:
+    int Open(const char* path, int flags, mode_t mode) override {
+      if ((flags & O_EXCL) == 0) return FileCalls::Open(path, flags, mode);
+      names.insert(path);
+      errno = EEXIST;
+      return -1;
+    }
+    std::set<std::string> names;
+  };
+  const Workplace place;
+  MakeOldFile(place);
+  CrowdedFolder calls;
+  PosixFiles files(calls);
+  EXPECT_EQ(RaisedNumber([&] { Replace(files, place); }), kPathFileAccess);
+  EXPECT_EQ(calls.names.size(), 1000u);
+  EXPECT_EQ(Content(place), kOld);
+}
+
+TEST(FileFaultsTest, AListingThatBreaksOffSaysSo) {
+  const Workplace place;
+  FileCalls calls;
+  DIR* const listing = calls.OpenListing(place.Folder().c_str());
+  const int unreadable = ::open("/dev/null", O_RDONLY);
+  ASSERT_NE(::dup2(unreadable, ::dirfd(listing)), -1);
+  ::close(unreadable);
+  std::string name;
+  EXPECT_EQ(calls.NextName(listing, name), -1);
+  EXPECT_EQ(LastError(Subject::kFolder), kPathNotFound);
+  EXPECT_EQ(calls.CloseListing(listing), 0);
 }
 
 TEST(FileFaultsTest, AnAppendIsOneWrite) {

@@ -148,6 +148,14 @@ TEST_F(PosixFilesTest, AFileOfSeveralNamesKeepsThemAll) {
   EXPECT_EQ(NamesIn(Folder()), (Names{"a", "b"}));
 }
 
+TEST_F(PosixFilesTest, AFileOfSeveralNamesCanBecomeEmpty) {
+  WriteContent(At("a"), "old");
+  std::filesystem::create_hard_link(At("a"), At("b"));
+  files_.Replace(Below("a"), "");
+  EXPECT_EQ(ContentOf(At("b")), "");
+  EXPECT_EQ(StatusOf(At("a")).st_nlink, 2u);
+}
+
 TEST_F(PosixFilesTest, AFolderThatTakesNoFilesHasItsFilesWrittenInPlace) {
   std::filesystem::create_directory(At("folder"));
   WriteContent(At("folder/a"), "a longer old content");
@@ -315,6 +323,22 @@ TEST_F(PosixFilesTest, NamesThatAreNoUtf8Survive) {
   EXPECT_EQ(ReadWholeFile(files_, folder_.Below(entries[0].name)), "x");
   files_.Delete(Below("*.txt"));
   EXPECT_TRUE(NamesIn(Folder()).empty());
+}
+
+TEST_F(PosixFilesTest, OnlyALetterBeforeAColonNamesADrive) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder_.Path());
+  for (const char16_t unit : {u'0', u'@', u'[', u'`', u'{', u'\u00E4'}) {
+    const Text name = Text(1, unit) + u":";
+    files_.Replace(name, "x");
+    EXPECT_EQ(ReadWholeFile(files_, name), "x");
+    files_.Delete(name);
+  }
+  for (const char16_t unit : {u'A', u'Z', u'a', u'z'}) {
+    const Text name = Text(1, unit) + u":";
+    EXPECT_EQ(RaisedNumber([&] { files_.Replace(name, "x"); }), 76);
+  }
+  std::filesystem::current_path(before);
 }
 
 TEST_F(PosixFilesTest, NamesTooLongAreError52) {

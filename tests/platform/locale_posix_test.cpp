@@ -57,7 +57,7 @@ struct LocaleSource {
 class PosixLocaleTest : public ::testing::Test {
  protected:
   /// False when the system cannot make locales.
-  bool Make(const LocaleSource& locale) {
+  bool Make(const LocaleSource& locale, const std::string& characters = "UTF-8") {
     std::string source;
     for (const std::string category : {"LC_CTYPE", "LC_COLLATE", "LC_MONETARY", "LC_MESSAGES"}) {
       source += category + "\ncopy \"POSIX\"\nEND " + category + '\n';
@@ -71,10 +71,10 @@ class PosixLocaleTest : public ::testing::Test {
               "d_t_fmt \"%c\"\nd_fmt \"" + locale.dateFormat + "\"\nt_fmt \"" + locale.timeFormat +
               "\"\nam_pm \"AM\";\"PM\"\nt_fmt_ampm \"" + locale.halfDayFormat + "\"\nEND LC_TIME\n";
     const std::string sourcePath = folder_.Path().string() + "/source";
-    const std::string path = folder_.Path().string() + '/' + locale.name + ".UTF-8";
+    const std::string path = folder_.Path().string() + '/' + locale.name + '.' + characters;
     test::WriteContent(sourcePath, source);
-    RunProgram({"sh", "-c", "localedef -c --no-archive -i \"$1\" -f UTF-8 \"$2\" 2>/dev/null", "sh",
-                sourcePath, path});
+    RunProgram({"sh", "-c", "localedef -c --no-archive -i \"$1\" -f \"$2\" \"$3\" 2>/dev/null", "sh",
+                sourcePath, characters, path});
     return std::filesystem::exists(path + "/LC_TIME");
   }
 
@@ -159,6 +159,17 @@ TEST_F(PosixLocaleTest, CharactersBeyondAsciiAreKeptOnTheRealSystem) {
   EXPECT_EQ(locale.DecimalSeparator(), u'\u066B');
   ExpectNow([&] { return locale.ShortDate(); }, "%Y\xE5\xB9\xB4%m\xE6\x9C\x88%d\xE6\x97\xA5");
   ExpectNow([&] { return locale.ShortTime(); }, "%H\xE6\x99\x82%M\xE5\x88\x86");
+}
+
+TEST_F(PosixLocaleTest, ASeparatorThatIsNoSingleUnitIsAPointOnTheRealSystem) {
+  if (!Make({"xx_XX", "<U0001D7D8>", "%x", "%T", ""}) ||
+      !Make({"xx_XX", "<U00B7>", "%x", "%T", ""}, "ISO-8859-1")) {
+    GTEST_SKIP() << "the system cannot make locales (localedef)";
+  }
+  for (const char* name : {"xx_XX.UTF-8", "xx_XX.ISO-8859-1"}) {
+    const ScopedVariable numeric("LC_NUMERIC", name);
+    EXPECT_EQ(PosixLocale().DecimalSeparator(), u'.') << name;
+  }
 }
 
 TEST_F(PosixLocaleTest, TheLocaleOfTheProcessPlaysNoPart) {

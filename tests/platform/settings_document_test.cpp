@@ -61,7 +61,7 @@ TEST(SettingsDocumentTest, EveryUnitSurvivesInNamesAndValues) {
   for (unsigned unit = 0; unit < 0x10000;
        unit += unit < 0x300 || (unit >= 0xD7F0 && unit < 0xE010) ? 1 : 97) {
     const Text alone(1, static_cast<char16_t>(unit));
-    for (const Text& text : {alone, u"a" + alone, alone + u"a", alone + alone}) {
+    for (const Text& text : {alone, u"a" + alone, alone + u"a", alone + alone, alone + u'\uE000'}) {
       document = {};
       document.Put(text, text, text);
       const SettingsDocument reread(document.ToBytes());

@@ -212,6 +212,9 @@ class TestBoundedArray:
             BoundedArray()[0]
         with pytest.raises(IndexError):
             array[0] = 1
+        for index in ("1", 1.0, None, slice(1, 2)):
+            with pytest.raises(TypeError):
+                array[index]
 
     def test_elements_are_numbers_or_objects(self):
         assert BoundedArray([1, 2.5]).values.dtype == numpy.float64

@@ -6,6 +6,7 @@
 #include <random>
 #include <vector>
 
+#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/string_reference.hpp"
@@ -86,6 +87,14 @@ TEST_F(CStringTest, MidBracketedFindsAnEmptyBracketAtTheStartPosition) {
 
 TEST_F(CStringTest, MidBracketedComparesExactly) {
   EXPECT_EQ(strings.MidBracketed(u"axbXcYdy", u"X", u"Y"), u"c");
+}
+
+TEST_F(CStringTest, MidBracketedIsEmptyWhenMemoryRunsOut) {
+  const Text text = u"a<a text that needs memory of its own>";
+  const test::MemoryShortage shortage(1);
+  const Text middle = strings.MidBracketed(text, u"<", u">");
+  EXPECT_TRUE(test::MemoryShortage::Hit());
+  EXPECT_EQ(middle, u"");
 }
 
 // --- ReplaceMulti ----------------------------------------------------------------------------------------

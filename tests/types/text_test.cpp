@@ -22,6 +22,11 @@ TEST(TextTest, CharactersOfEveryLengthAreDecoded) {
 TEST(TextTest, UnitWithoutItsPartnerBecomesTheReplacementCharacter) {
   const Text lonely{char16_t{0xD83D}, u'x'};
   EXPECT_EQ(ToUtf8(lonely), "\xEF\xBF\xBDx");
+  EXPECT_EQ(ToUtf8(Text{u'x', char16_t{0xD83D}}), "x\xEF\xBF\xBD");
+  EXPECT_EQ(ToUtf8(Text{char16_t{0xDE00}, u'x'}), "\xEF\xBF\xBDx");
+  EXPECT_EQ(ToUtf8(Text{char16_t{0xD83D}, char16_t{0xD83D}, char16_t{0xDE00}}),
+            "\xEF\xBF\xBD\xF0\x9F\x98\x80");
+  EXPECT_EQ(ToUtf8(Text{char16_t{0xD83D}, char16_t{0xE000}}), "\xEF\xBF\xBD\xEE\x80\x80");
 }
 
 TEST(TextTest, UpperCaseIsOneToOneOverTheLettersOfTheCodePage) {

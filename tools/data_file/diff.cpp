@@ -19,7 +19,7 @@ struct DiffCommand {
     hasDecimals =
         command.add_option("--decimals", decimals, "Numbers are equal up to this many decimal places")
             ->type_name("N")
-            ->check(CLI::Range(0, 300));
+            ->check(NumberBetween(0, 300));
   }
 
   /// Fields are compared by their names, wherever they stand; numbers by value, whatever their notation.

@@ -53,7 +53,7 @@ struct SetCommand {
     }
     const std::string& target = output.empty() ? file : output;
     data.Write(target, field);
-    if (target == "-") return ExitCode::kSilent;
+    if (target == "-") result.Silence();
     result.Add("file", "", target);
     result.Add("name", "", name);
     result.Add("existed", "", existed);

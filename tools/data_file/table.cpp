@@ -18,7 +18,7 @@ void DeclareTable(CLI::App& command, std::string& name) {
 void DeclarePage(CLI::App& command, std::int32_t& page) {
   command.add_option("--page", page, "Only this page, counted from 1")
       ->type_name("N")
-      ->check(CLI::PositiveNumber);
+      ->check(PositiveNumber());
 }
 
 void DescribeTable(Result& result, const std::string& name, const std::vector<TablePage>& pages) {
@@ -85,7 +85,7 @@ struct TableExportCommand {
     DataFile data(session, file);
     const std::vector<TablePage> pages = PagesOf(data, name, page);
     session.WriteFile(output, DelimitedText(pages));
-    if (output == "-") return ExitCode::kSilent;
+    if (output == "-") result.Silence();
     DescribeTable(result, name, pages);
     result.Add("pages", "", pages.size());
     result.Add("file", "", output);
@@ -192,7 +192,7 @@ struct TableImportCommand {
   std::string name;
   std::string source;
   std::string delimiter;
-  std::string decimalSeparator = ".";
+  bool hasDecimalComma = false;
   std::string output;
   bool isStrict = false;
 
@@ -209,10 +209,7 @@ struct TableImportCommand {
         .add_option("-d,--delimiter", delimiter,
                     "Between cells: tab, comma, semicolon, blank, bar or any text (found by itself)")
         ->type_name("TEXT");
-    command.add_option("--decimal-separator", decimalSeparator, "In the cells")
-        ->capture_default_str()
-        ->check(CLI::IsMember({".", ","}))
-        ->type_name("");
+    command.add_flag("--decimal-comma", hasDecimalComma, "Numbers in the cells have a decimal comma");
     command.add_option("-o,--output", output, "Write here instead; \"-\" is standard output")
         ->type_name("FILE");
     command.add_flag("--strict", isStrict, "Write nothing when there are findings");
@@ -221,7 +218,7 @@ struct TableImportCommand {
   ExitCode Run(Session& session, Result& result) const {
     RequireStorable(session, FromUtf8(name));
     DataFile data(session, file);
-    CellReader reader(DelimiterNamed(delimiter), decimalSeparator.front());
+    CellReader reader(DelimiterNamed(delimiter), hasDecimalComma ? ',' : '.');
     const std::vector<CellReader::Rows> pages = reader.Read(session.ReadFile(source), result);
     RequireSameShape(pages);
     result.Add("name", "", name);
@@ -236,7 +233,8 @@ struct TableImportCommand {
     AddTable(session, data, pages);
     const std::string& target = output.empty() ? file : output;
     data.Write(target, FromUtf8(name));
-    return target == "-" ? ExitCode::kSilent : ExitCode::kGood;
+    if (target == "-") result.Silence();
+    return ExitCode::kGood;
   }
 
  private:

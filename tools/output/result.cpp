@@ -73,6 +73,18 @@ std::string Aligned(const std::vector<std::string>& headings, const std::vector<
   return out;
 }
 
+/// A line for each property: its label, and its value for each thing.
+std::vector<Result::Row> Transposed(const std::vector<Result::Column>& columns,
+                                    const std::vector<Result::Row>& rows) {
+  std::vector<Result::Row> lines;
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    Result::Row& line = lines.emplace_back();
+    line.emplace_back(columns[i].label);
+    for (const Result::Row& row : rows) line.push_back(row[i]);
+  }
+  return lines;
+}
+
 std::string FindingText(const Finding& finding) {
   std::string where;
   if (finding.line > 0) where += "line " + std::to_string(finding.line) + ": ";
@@ -141,6 +153,7 @@ std::string Result::PartForPeople(const Part& part, std::size_t labelWidth) {
   }
   if (const auto* table = std::get_if<Table>(&part)) {
     if (table->rows.empty()) return {};
+    if (table->isTransposed) return Aligned({}, Transposed(table->columns, table->rows));
     std::vector<std::string> headings;
     for (const Column& column : table->columns) headings.push_back(column.label);
     return Aligned(headings, table->rows);
@@ -188,7 +201,7 @@ std::string Result::ForPeople(bool inColour) const {
 
 void Result::AddForPrograms(const Part& part, Value& object) {
   if (const auto* named = std::get_if<Named>(&part)) {
-    object[named->key] = named->value;
+    if (!named->key.empty()) object[named->key] = named->value;
   } else if (const auto* table = std::get_if<Table>(&part)) {
     Value& rows = object[table->key] = Value::array();
     for (const Row& row : table->rows) {

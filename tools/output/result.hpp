@@ -27,7 +27,8 @@ class Result {
   };
   using Row = std::vector<Value>;
 
-  /// A named value: "label: value", or the member `key`. Without a label only programs see it.
+  /// A named value: "label: value", or the member `key`. Without a label only programs see it,
+  /// without a key only people.
   void Add(std::string key, std::string label, Value value) {
     parts_.push_back(Named{std::move(key), std::move(label), std::move(value)});
   }
@@ -35,7 +36,12 @@ class Result {
   /// A list of things with the same properties: a table with a heading for each column (nothing when it has
   /// no rows), or an array of objects.
   void AddTable(std::string key, std::vector<Column> columns, std::vector<Row> rows) {
-    parts_.push_back(Table{std::move(key), std::move(columns), std::move(rows)});
+    parts_.push_back(Table{std::move(key), std::move(columns), std::move(rows), false});
+  }
+
+  /// The same for few things with many properties: for people each thing is a column.
+  void AddRecords(std::string key, std::vector<Column> columns, std::vector<Row> rows) {
+    parts_.push_back(Table{std::move(key), std::move(columns), std::move(rows), true});
   }
 
   /// Cells of one page of a table; the number 0 is that of a table without pages.
@@ -57,6 +63,10 @@ class Result {
 
   void AddFinding(Finding finding) { findings_.push_back(std::move(finding)); }
 
+  /// Standard output holds data already: nothing is to be printed.
+  void Silence() { isSilent_ = true; }
+  bool IsSilent() const noexcept { return isSilent_; }
+
   /// Commands that look for something have the member "findings" even when there are none.
   void ReportFindings() { reportsFindings_ = true; }
   const std::vector<Finding>& Findings() const noexcept { return findings_; }
@@ -77,6 +87,7 @@ class Result {
     std::string key;
     std::vector<Column> columns;
     std::vector<Row> rows;
+    bool isTransposed;
   };
   struct Pages {
     std::string key;
@@ -94,6 +105,7 @@ class Result {
   std::vector<Part> parts_;
   std::vector<Finding> findings_;
   bool reportsFindings_ = false;
+  bool isSilent_ = false;
 };
 
 /// JSON in the program's form: indented by two blanks, bytes that are no UTF-8 replaced, a line end.

@@ -16,14 +16,32 @@ Program::Program()
       "Exit codes: 0 good, 1 findings, 2 usage, 3 input or output failed, 4 refused.\n"
       "\"vorquill21 COMMAND --help\" tells more, with an example.");
   AddDataFileCommands(app_, chosen_);
-  //  AddColumnCommands(app_, chosen_);
-  //  AddPlotCommands(app_, chosen_);
-  //  AddLogCommands(app_, chosen_);
-  //  AddOtherCommands(app_, chosen_);
+  AddColumnCommands(app_, chosen_);
+  AddPlotCommands(app_, chosen_);
+  AddLogCommands(app_, chosen_);
+  AddOtherCommands(app_, chosen_);
 }
 
 void DeclareFile(CLI::App& command, std::string& file, const std::string& description) {
   command.add_option("FILE", file, description + "; \"-\" is standard input")->required()->type_name("");
+}
+
+void LimitTo(CLI::Option* option, const std::vector<std::string>& words) {
+  std::string shown;
+  for (const std::string& word : words) shown += (shown.empty() ? "" : "|") + word;
+  option->check(CLI::IsMember(words).description(""))->type_name(shown);
+}
+
+CLI::Validator PositiveNumber() {
+  return CLI::Validator(CLI::PositiveNumber).description("");
+}
+
+CLI::Validator NumberFromZero() {
+  return CLI::Validator(CLI::NonNegativeNumber).description("");
+}
+
+CLI::Validator NumberBetween(std::int32_t least, std::int32_t greatest) {
+  return CLI::Validator(CLI::Range(least, greatest)).description("");
 }
 
 std::vector<std::string> ParserArguments(int count, const char* const* arguments) {

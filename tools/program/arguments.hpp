@@ -44,6 +44,14 @@ CLI::App& AddCommand(CLI::App& parent, Work& chosen, const std::string& name, co
 /// The file argument that most commands begin with.
 void DeclareFile(CLI::App& command, std::string& file, const std::string& description);
 
+/// Lets an option be one of these words only; the help shows them.
+void LimitTo(CLI::Option* option, const std::vector<std::string>& words);
+
+// Checks of numbers that leave the help as short as it is.
+CLI::Validator PositiveNumber();
+CLI::Validator NumberFromZero();
+CLI::Validator NumberBetween(std::int32_t least, std::int32_t greatest);
+
 /// A command line in the form that the parser wants: a negative number, which it would take for an option,
 /// has a blank before it. The program's own name is left out; the last argument comes first.
 std::vector<std::string> ParserArguments(int count, const char* const* arguments);

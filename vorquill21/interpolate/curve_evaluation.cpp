@@ -121,10 +121,10 @@ double SumOf(double x, std::span<const double> coefficients, [[maybe_unused]] bo
   return CheckedSum(x, coefficients);
 }
 
-/// Whether base^exponent exceeds the largest double although the base is finite.
+/// Whether base^exponent, the base being finite, exceeds the largest double.
 bool Overflows(double base, std::int32_t exponent) {
   constexpr std::int64_t kGreatestExponent = 1023;
-  if (!(std::abs(base) > 1.0) || std::isinf(base)) return false;
+  if (std::abs(base) <= 1.0) return false;
   if ((std::int64_t{std::ilogb(base)} + 1) * exponent <= kGreatestExponent) return false;
   return std::isinf(IntegerPower(base, static_cast<std::uint32_t>(exponent)));
 }

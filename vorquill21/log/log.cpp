@@ -28,9 +28,10 @@ struct HandledError {
 
 HandledError NumberAndDescription(const std::exception_ptr& handled) {
   constexpr std::int32_t kUnspecified = -2147467259;  // 80004005 hexadecimal
-  if (handled == nullptr) return {};
   try {
-    TranslatingMemoryErrors([&] { std::rethrow_exception(handled); });
+    TranslatingMemoryErrors([&] {
+      if (handled != nullptr) std::rethrow_exception(handled);
+    });
   } catch (const LibraryError& error) {
     return {error.Number(), error.Description()};
   } catch (const std::exception& error) {

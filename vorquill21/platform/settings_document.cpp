@@ -88,7 +88,7 @@ char16_t TakeEscape(TextView& text) {
     const std::string digits = ToUtf8(text.substr(2, kLengthWithDigits - 2));
     unsigned value = 0;
     const auto parsed = std::from_chars(digits.data(), digits.data() + digits.size(), value, 16);
-    if (parsed.ptr == digits.data() + kLengthWithDigits - 2 && digits.size() == kLengthWithDigits - 2) {
+    if (parsed.ptr == digits.data() + kLengthWithDigits - 2) {
       unit = static_cast<char16_t>(value);
       length = kLengthWithDigits;
     }

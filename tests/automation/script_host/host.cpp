@@ -1,6 +1,7 @@
 #include "tests/automation/script_host/host.hpp"
 
 #include <cstdio>
+#include <fstream>
 #include <iterator>
 
 #include "tests/automation/script_host/arrays.hpp"
@@ -42,6 +43,7 @@ const Host::Member Host::kMembers[] = {
     {L"ScratchFolder", 0, &Host::ScratchFolder},
     {L"ScriptFullName", 0, &Host::ScriptFullName},
     {L"Shown", 1, &Host::ShownValue},
+    {L"WriteFile", 2, &Host::WriteFile},
 };
 
 Host::Host(Script& script, std::filesystem::path scriptFile, std::vector<std::wstring> arguments)
@@ -199,6 +201,12 @@ void Host::ScriptFullName(const Arguments&, VARIANT& result) {
 
 void Host::ShownValue(const Arguments& arguments, VARIANT& result) {
   Put(result, Shown(*arguments[0]));
+}
+
+void Host::WriteFile(const Arguments& arguments, VARIANT&) {
+  std::ofstream file(std::filesystem::path(AsText(*arguments[0])), std::ios::binary);
+  file << ToUtf8(AsText(*arguments[1]));
+  if (!file.flush()) throw HostError{E_FAIL, L"cannot write " + AsText(*arguments[0])};
 }
 
 }  // namespace script_host

@@ -35,6 +35,7 @@ class Script;
 ///     Shown(value)
 ///     ArrayOf(shape, values)               see arrays.hpp
 ///     ScratchFolder                        a folder that is removed in the end
+///     WriteFile path, text                 makes the text, in UTF-8, the content of a file
 class Host final : public IDispatch {
  public:
   Host(Script& script, std::filesystem::path scriptFile, std::vector<std::wstring> arguments);
@@ -77,6 +78,7 @@ class Host final : public IDispatch {
   void ScratchFolder(const Arguments&, VARIANT& result);
   void ScriptFullName(const Arguments&, VARIANT& result);
   void ShownValue(const Arguments&, VARIANT& result);
+  void WriteFile(const Arguments&, VARIANT&);
 
   Script& script_;
   std::filesystem::path scriptFile_;

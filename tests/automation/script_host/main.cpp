@@ -2,11 +2,10 @@
 ///
 /// SCRIPT is a .vbs or a .js file; what it may call is said in host.hpp. With a manifest the objects of the
 /// libraries that it names can be made without registering them. The last line is "N checks, M failed", and
-/// the exit code is 0 when no check failed and no error was left unhandled, 2 for a wrong call; a run that
-/// hangs is ended after two minutes.
+/// the exit code is 0 when no check failed and no error was left unhandled, 2 for a wrong call. A dialog that
+/// nothing answers ends the run after a minute.
 #include <cstdio>
 #include <cstdlib>
-#include <thread>
 
 #include "tests/automation/script_host/host.hpp"
 #include "tests/automation/script_host/script.hpp"
@@ -22,13 +21,16 @@ std::vector<std::wstring> CommandLine() {
   return texts;
 }
 
-void EndWhenStuck() {
-  std::thread([] {
-    std::this_thread::sleep_for(std::chrono::minutes(2));
-    std::puts("the script takes too long");
-    std::fflush(stdout);
-    std::_Exit(1);
-  }).detach();
+void CALLBACK EndRun(HWND, UINT, UINT_PTR, DWORD) {
+  std::puts("a dialog stayed unanswered");
+  std::fflush(stdout);
+  std::_Exit(1);
+}
+
+/// Only while a dialog waits does a script wait, and timers run.
+void EndWhenADialogStays() {
+  constexpr UINT kMilliseconds = 60'000;
+  SetTimer(nullptr, 0, kMilliseconds, &EndRun);
 }
 
 void ActivateManifest(const std::filesystem::path& manifest) {
@@ -65,8 +67,10 @@ int Run(std::vector<std::wstring> arguments) {
 }  // namespace script_host
 
 int main() {
+  SetErrorMode(SEM_FAILCRITICALERRORS |
+               SEM_NOGPFAULTERRORBOX);  // a crash ends the run, nobody would close its box
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  script_host::EndWhenStuck();
+  script_host::EndWhenADialogStays();
   int code = 2;
   try {
     code = script_host::Run(script_host::CommandLine());

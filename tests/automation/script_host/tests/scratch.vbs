@@ -6,3 +6,5 @@ Expect "the scratch folder is there", files.FolderExists(ScratchFolder), "Boolea
 Expect "the script's name", files.FileExists(WScript.ScriptFullName), "Boolean True"
 Expect "the first argument", Arguments(0), "String 'first one'"
 Echo "scratch folder:", ScratchFolder
+WriteFile ScratchFolder & "\empty.txt", ""
+Expect "a file was written", files.GetFile(ScratchFolder & "\empty.txt").Size, "Long 0"

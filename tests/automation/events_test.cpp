@@ -1,0 +1,188 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "tests/automation/component.hpp"
+#include "tests/support/temporary_folder.hpp"
+
+namespace vorquill21::tests {
+namespace {
+
+/// A sink of the host for the events of a log.
+class Sink final : public IDispatch {
+ public:
+  using Handler = std::function<HRESULT(const std::wstring& message, LONG action)>;
+
+  explicit Sink(Handler handler = {}) : handler_(std::move(handler)) {}
+
+  STDMETHODIMP QueryInterface(REFIID id, void** result) override {
+    *result = id == IID_IUnknown || id == IID_IDispatch || id == DIID___CLog ? this : nullptr;
+    return *result == nullptr ? E_NOINTERFACE : (AddRef(), S_OK);
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
+  STDMETHODIMP_(ULONG) Release() override { return --references_; }
+  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHODIMP Invoke(DISPID member, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*,
+                      UINT*) override {
+    EXPECT_EQ(1, member);
+    EXPECT_EQ(2u, arguments->cArgs);
+    EXPECT_EQ(VT_BSTR, arguments->rgvarg[1].vt);
+    EXPECT_EQ(VT_I4, arguments->rgvarg[0].vt);
+    messages_.emplace_back(arguments->rgvarg[1].bstrVal);
+    return handler_ ? handler_(messages_.back(), arguments->rgvarg[0].lVal) : S_OK;
+  }
+
+  ULONG references_ = 1;
+  std::vector<std::wstring> messages_;
+
+ private:
+  Handler handler_;
+};
+
+class EventsTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    log_ = VORQUILL21_MAKE(CLog);
+    const std::wstring path = (folder_.Path() / "events.log").wstring();
+    ASSERT_EQ(S_OK,
+              log_->Initialise(TextArgument(path.c_str()), 1000, VARIANT_TRUE, VARIANT_TRUE, Value(L"")));
+    Reference<IConnectionPointContainer> container;
+    ASSERT_EQ(S_OK, log_->QueryInterface(IID_IConnectionPointContainer,
+                                         reinterpret_cast<void**>(container.Receive())));
+    ASSERT_EQ(S_OK, container->FindConnectionPoint(DIID___CLog, point_.Receive()));
+  }
+
+  DWORD Connect(Sink& sink) {
+    DWORD cookie = 0;
+    EXPECT_EQ(S_OK, point_->Advise(&sink, &cookie));
+    return cookie;
+  }
+
+  HRESULT Add(const wchar_t* entry) { return log_->AddEntry(TextArgument(entry), logNormal); }
+
+  TemporaryFolder folder_;
+  Reference<_CLog> log_;
+  Reference<IConnectionPoint> point_;
+};
+
+TEST_F(EventsTest, EveryConnectedSinkHearsOfAnEntry) {
+  Sink first;
+  Sink second;
+  const DWORD connection = Connect(first);
+  Connect(second);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ(S_OK, point_->Unadvise(connection));
+  EXPECT_EQ(1u, first.references_);
+  EXPECT_EQ(S_OK, Add(L"two"));
+  EXPECT_EQ((std::vector<std::wstring>{L"one"}), first.messages_);
+  EXPECT_EQ((std::vector<std::wstring>{L"one", L"two"}), second.messages_);
+  EXPECT_EQ(CONNECT_E_NOCONNECTION, point_->Unadvise(connection));
+  point_ = nullptr;
+  log_ = nullptr;
+  EXPECT_EQ(1u, second.references_);
+}
+
+TEST_F(EventsTest, AHandlerMayFail) {
+  Sink failing([](const std::wstring&, LONG) { return E_FAIL; });
+  Sink other;
+  Connect(failing);
+  Connect(other);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ(1u, other.messages_.size());
+}
+
+TEST_F(EventsTest, AHandlerMayDisconnectItself) {
+  DWORD connection = 0;
+  Sink once([&](const std::wstring&, LONG) { return point_->Unadvise(connection); });
+  connection = Connect(once);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ(S_OK, Add(L"two"));
+  EXPECT_EQ(1u, once.messages_.size());
+  EXPECT_EQ(1u, once.references_);
+}
+
+TEST_F(EventsTest, AHandlerMayAddEntries) {
+  Sink echoing([&](const std::wstring& message, LONG) {
+    return message.size() < 5 ? Add((message + L"!").c_str()) : S_OK;
+  });
+  Connect(echoing);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ((std::vector<std::wstring>{L"one", L"one!", L"one!!"}), echoing.messages_);
+}
+
+TEST_F(EventsTest, AHandlerMayAddEntriesForEver) {
+  Sink endless([&](const std::wstring&, LONG) { return Add(L"again"); });
+  Connect(endless);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ(100u, endless.messages_.size());
+}
+
+TEST_F(EventsTest, AHandlerMayReleaseTheLog) {
+  point_ = nullptr;
+  Sink releasing([&](const std::wstring&, LONG) {
+    log_ = nullptr;
+    return S_OK;
+  });
+  Sink other;
+  {
+    Reference<IConnectionPointContainer> container;
+    log_->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container.Receive()));
+    container->FindConnectionPoint(DIID___CLog, point_.Receive());
+    Connect(releasing);
+    Connect(other);
+    point_ = nullptr;
+  }
+  _CLog* const log = log_.Get();
+  EXPECT_EQ(S_OK, log->AddEntry(TextArgument(L"last"), logNormal));
+  EXPECT_EQ(1u, other.messages_.size());  // the call itself keeps the log
+  EXPECT_EQ(1u, releasing.references_);
+  EXPECT_EQ(1u, other.references_);
+}
+
+TEST_F(EventsTest, ListsItsConnections) {
+  Sink sink;
+  const DWORD connection = Connect(sink);
+  Reference<IEnumConnections> connections;
+  ASSERT_EQ(S_OK, point_->EnumConnections(connections.Receive()));
+  CONNECTDATA data{};
+  EXPECT_EQ(S_OK, connections->Next(1, &data, nullptr));
+  EXPECT_EQ(connection, data.dwCookie);
+  data.pUnk->Release();
+  EXPECT_EQ(S_FALSE, connections->Next(1, &data, nullptr));
+  EXPECT_EQ(S_OK, connections->Reset());
+  Reference<IEnumConnections> copy;
+  EXPECT_EQ(S_OK, connections->Clone(copy.Receive()));
+  EXPECT_EQ(S_OK, copy->Skip(1));
+  EXPECT_EQ(S_FALSE, copy->Skip(1));
+  copy = nullptr;
+  connections = nullptr;
+  EXPECT_EQ(2u, sink.references_);
+  EXPECT_EQ(S_OK, point_->Unadvise(connection));
+}
+
+TEST_F(EventsTest, HasOneConnectionPoint) {
+  Reference<IConnectionPointContainer> container;
+  ASSERT_EQ(S_OK, point_->GetConnectionPointContainer(container.Receive()));
+  Reference<IEnumConnectionPoints> points;
+  ASSERT_EQ(S_OK, container->EnumConnectionPoints(points.Receive()));
+  IConnectionPoint* found[2]{};
+  ULONG count = 0;
+  EXPECT_EQ(S_FALSE, points->Next(2, found, &count));
+  ASSERT_EQ(1u, count);
+  IID id;
+  EXPECT_EQ(S_OK, found[0]->GetConnectionInterface(&id));
+  EXPECT_EQ(DIID___CLog, id);
+  found[0]->Release();
+  Reference<IConnectionPoint> other;
+  EXPECT_EQ(CONNECT_E_NOCONNECTION, container->FindConnectionPoint(IID_IDispatch, other.Receive()));
+  DWORD cookie = 0;
+  EXPECT_EQ(E_POINTER, point_->Advise(nullptr, &cookie));
+  Sink sink;
+  EXPECT_EQ(E_POINTER, point_->Advise(&sink, nullptr));
+  EXPECT_EQ(1u, sink.references_);
+}
+
+}  // namespace
+}  // namespace vorquill21::tests
