@@ -156,19 +156,22 @@ HarmlessArgument::HarmlessArgument(VARTYPE type) {
 
 HarmlessArgument::~HarmlessArgument() = default;
 
+namespace {
+
+LRESULT CALLBACK CloseDialog(int code, WPARAM window, LPARAM data) {
+  wchar_t name[32] = L"";
+  const auto dialog = reinterpret_cast<HWND>(window);
+  if (code == HCBT_ACTIVATE && GetClassNameW(dialog, name, 32) > 0 && std::wstring(name) == L"#32770") {
+    PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+  }
+  return CallNextHookEx(nullptr, code, window, data);
+}
+
+}  // namespace
+
 DialogCloser::DialogCloser() {
-  hook_ = SetWindowsHookExW(
-      WH_CBT,
-      [](int code, WPARAM window, LPARAM data) -> LRESULT {
-        wchar_t name[32] = L"";
-        const auto dialog = reinterpret_cast<HWND>(window);
-        if (code == HCBT_ACTIVATE && GetClassNameW(dialog, name, 32) > 0 && std::wstring(name) == L"#32770") {
-          PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-          PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        }
-        return CallNextHookEx(nullptr, code, window, data);
-      },
-      nullptr, GetCurrentThreadId());
+  hook_ = SetWindowsHookExW(WH_CBT, &CloseDialog, nullptr, GetCurrentThreadId());
   EXPECT_NE(nullptr, hook_);
 }
 
