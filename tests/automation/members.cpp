@@ -156,15 +156,15 @@ HarmlessArgument::HarmlessArgument(VARTYPE type) {
 
 HarmlessArgument::~HarmlessArgument() = default;
 
-DialogCloser::DialogCloser() {
+DialogRefuser::DialogRefuser() {
   hook_ = SetWindowsHookExW(
       WH_CBT,
       [](int code, WPARAM window, LPARAM data) -> LRESULT {
+        constexpr LRESULT kRefused = 1;
         wchar_t name[32] = L"";
-        const auto dialog = reinterpret_cast<HWND>(window);
-        if (code == HCBT_ACTIVATE && GetClassNameW(dialog, name, 32) > 0 && std::wstring(name) == L"#32770") {
-          PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-          PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+        if (code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(window), name, 32) > 0 &&
+            std::wstring(name) == L"#32770") {
+          return kRefused;
         }
         return CallNextHookEx(nullptr, code, window, data);
       },
