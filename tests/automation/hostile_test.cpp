@@ -283,7 +283,7 @@ class HostileTest : public testing::Test {
 
   TemporaryFolder folder_;
   std::filesystem::path before_ = std::filesystem::current_path();
-  DialogCloser closer_;
+  DialogRefuser refuser_;
   std::size_t calls_ = 0;
 };
 

@@ -156,19 +156,20 @@ HarmlessArgument::HarmlessArgument(VARTYPE type) {
 
 HarmlessArgument::~HarmlessArgument() = default;
 
-DialogCloser::DialogCloser() {
-  hook_ = SetWindowsHookExW(
-      WH_CBT,
-      [](int code, WPARAM window, LPARAM data) -> LRESULT {
-        wchar_t name[32] = L"";
-        const auto dialog = reinterpret_cast<HWND>(window);
-        if (code == HCBT_ACTIVATE && GetClassNameW(dialog, name, 32) > 0 && std::wstring(name) == L"#32770") {
-          PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-          PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        }
-        return CallNextHookEx(nullptr, code, window, data);
-      },
-      nullptr, GetCurrentThreadId());
+namespace {
+
+LRESULT CALLBACK RefuseDialog(int code, WPARAM window, LPARAM data) {
+  constexpr LRESULT kRefused = 1;
+  wchar_t name[32] = L"";
+  const bool hasClass = code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(window), name, 32) > 0;
+  if (hasClass && std::wstring(name) == L"#32770") return kRefused;
+  return CallNextHookEx(nullptr, code, window, data);
+}
+
+}  // namespace
+
+DialogRefuser::DialogRefuser() {
+  hook_ = SetWindowsHookExW(WH_CBT, &RefuseDialog, nullptr, GetCurrentThreadId());
   EXPECT_NE(nullptr, hook_);
 }
 

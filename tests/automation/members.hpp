@@ -45,13 +45,14 @@ class HarmlessArgument {
   VARIANT early_{};
 };
 
-/// Presses OK in every message box and dialog of this thread as long as it lives.
-class DialogCloser {
+/// Lets no message box and no dialog of this thread come up as long as it lives; who asked for one goes on at
+/// once.
+class DialogRefuser {
  public:
-  DialogCloser();
-  DialogCloser(const DialogCloser&) = delete;
-  DialogCloser& operator=(const DialogCloser&) = delete;
-  ~DialogCloser() { UnhookWindowsHookEx(hook_); }
+  DialogRefuser();
+  DialogRefuser(const DialogRefuser&) = delete;
+  DialogRefuser& operator=(const DialogRefuser&) = delete;
+  ~DialogRefuser() { UnhookWindowsHookEx(hook_); }
 
  private:
   HHOOK hook_;
