@@ -279,7 +279,12 @@ class Terminals(Scratch):
         self.assertRegex(written, rb"^(\r\x1b\[Kimport: \d+ s)+\r\x1b\[Ka,b\r\n1,2\r\n3,4\r\n$")
 
     def test_quick_runs_tell_no_progress(self) -> None:
-        self.assertEqual(self.on_terminal(["ls", "tyre.txt"])[1], b"")
+        for _ in range(10):
+            started = time.monotonic()
+            errors = self.on_terminal(["ls", "tyre.txt"])[1]
+            if time.monotonic() - started < 0.4:
+                return self.assertEqual(errors, b"")
+        self.skipTest("the machine is too busy for a quick run")
 
     def test_no_progress_without_a_terminal(self) -> None:
         with subprocess.Popen([TOOL, "crc32", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
