@@ -115,6 +115,17 @@ class HostileFiles(Scratch):
             stop = report["stopped_line"] or report["lines"] + 1
             self.assertEqual(report["rows"], max(0, stop - report["first_value_row"]), (seed, delimiter, lines))
 
+    def test_files_of_very_many_fields_and_pages(self) -> None:
+        fields = "".join(f"[FIELD {i}]\t{i}\r\n" for i in range(50_000))
+        pages = "".join(f"[TABLE PAGE {i}]\t\r\n1\t2\r\n" for i in range(1, 5_001))
+        self.write("many.txt", (fields + pages + "\r\n").encode())
+        started = time.monotonic()
+        self.assertEqual(len(json.loads(self.run_tool("ls", "many.txt", "--json").stdout)["fields"]), 50_001)
+        self.assertEqual(self.run_tool("lint", "many.txt").returncode, 0)
+        self.assertEqual(self.run_tool("diff", "many.txt", "many.txt").returncode, 0)
+        self.assertEqual(self.run_tool("set", "many.txt", "FIELD 7", "8").returncode, 0)
+        self.assertLess(time.monotonic() - started, 60, "nothing takes the square of the number of fields")
+
     def test_files_cannot_command_the_terminal(self) -> None:
         self.write("escape.txt", b"[\x1b[31mNAME]\t\x1b]0;title\x07\r\n[A\x1b]\t\x1bc\r\n\r\n")
         for command in (["ls"], ["lint"], ["log", "show"], ["import", "-d", "tab", "--header-row", "1"]):
@@ -251,8 +262,29 @@ class Terminals(Scratch):
         self.assertIn(b"00000000", output)
         self.assertRegex(errors, rb"^(\r\x1b\[Kcrc32: \d+ s)+\r\x1b\[K$")
 
+    def test_progress_is_gone_before_data_are_written(self) -> None:
+        self.write("columns.csv", b"a,b\n1,2\n3,4\n")
+        script = "(cat columns.csv; sleep 1) | exec \"$0\" import - -o -"
+        outer, inner = pty.openpty()
+        with subprocess.Popen(["bash", "-c", script, TOOL], cwd=self.folder, env=self.environment, stdout=inner, stderr=inner) as process:
+            os.close(inner)
+            written = b""
+            try:
+                while block := os.read(outer, 65536):
+                    written += block
+            except OSError:
+                pass  # the terminal is closed
+        os.close(outer)
+        self.assertEqual(process.returncode, 0)
+        self.assertRegex(written, rb"^(\r\x1b\[Kimport: \d+ s)+\r\x1b\[Ka,b\r\n1,2\r\n3,4\r\n$")
+
     def test_quick_runs_tell_no_progress(self) -> None:
-        self.assertEqual(self.on_terminal(["ls", "tyre.txt"])[1], b"")
+        for _ in range(10):
+            started = time.monotonic()
+            errors = self.on_terminal(["ls", "tyre.txt"])[1]
+            if time.monotonic() - started < 0.4:
+                return self.assertEqual(errors, b"")
+        self.skipTest("the machine is too busy for a quick run")
 
     def test_no_progress_without_a_terminal(self) -> None:
         with subprocess.Popen([TOOL, "crc32", "-"], stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE) as process:
