@@ -19,6 +19,8 @@ highlight_language = "text"
 
 html_theme = "furo"
 html_title = project
+html_static_path = ["static"]
+html_css_files = ["outputs.css"]
 html_copy_source = False
 html_show_sphinx = False
 html_theme_options = {"navigation_with_keys": True}
