@@ -1,5 +1,6 @@
 # The Debian packages that `cpack` makes of an installation under /usr: one for each component that is built. What is
 # said in words, and the files that only packages hold, are in packaging/debian.
+get_cmake_property(vorquill21_components COMPONENTS)
 set(vorquill21_debian "${PROJECT_SOURCE_DIR}/packaging/debian")
 set(vorquill21_abi "${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}")
 set(vorquill21_runtime_package "libvorquill21-${vorquill21_abi}")
@@ -55,28 +56,44 @@ macro(vorquill21_package component name)
   endif()
 endmacro()
 
+# vorquill21_control_files(COMPONENT FILE...): what dpkg is told beside the description of the package.
+macro(vorquill21_control_files component)
+  string(TOUPPER "${component}" key)
+  foreach(file ${ARGN})
+    set(made "${PROJECT_BINARY_DIR}/debian/${component}/${file}")
+    configure_file("${vorquill21_debian}/${component}.${file}.in" "${made}" @ONLY)
+    list(APPEND CPACK_DEBIAN_${key}_PACKAGE_CONTROL_EXTRA "${made}")
+  endforeach()
+endmacro()
+
 vorquill21_package(runtime ${vorquill21_runtime_package} SECTION libs MULTI_ARCH same)
-foreach(file shlibs prerm)
-  configure_file("${vorquill21_debian}/${file}.in" "${PROJECT_BINARY_DIR}/debian/${file}" @ONLY)
-  list(APPEND CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${PROJECT_BINARY_DIR}/debian/${file}")
-endforeach()
-list(APPEND CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA "${vorquill21_debian}/triggers")
+vorquill21_control_files(runtime shlibs triggers prerm)
 
 vorquill21_package(development libvorquill21-dev SECTION libdevel MULTI_ARCH same SUGGESTS vorquill21-doc
   DEPENDS "${vorquill21_runtime_package} (= ${PROJECT_VERSION})")
-if(VORQUILL21_BUILD_TOOLS)
-  vorquill21_package(tools vorquill21-tools SECTION science MULTI_ARCH foreign SUGGESTS vorquill21-doc)
-endif()
-if(VORQUILL21_BUILD_PYTHON)
-  vorquill21_package(python python3-vorquill21 SECTION python SUGGESTS vorquill21-doc
-    DEPENDS "python3 (>= 3.11), python3 (<< 3.12), python3-numpy")
+
+if("tools" IN_LIST vorquill21_components)
+  vorquill21_package(tools vorquill21-tools SECTION science MULTI_ARCH foreign SUGGESTS vorquill21-doc
+    DEPENDS "${vorquill21_runtime_package} (= ${PROJECT_VERSION})")
 endif()
 
-vorquill21_package(documentation vorquill21-doc SECTION doc ARCHITECTURE all MULTI_ARCH foreign)
+if("python" IN_LIST vorquill21_components)
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
+  set(this_python "${Python3_VERSION_MAJOR}.${Python3_VERSION_MINOR}")
+  math(EXPR next_minor "${Python3_VERSION_MINOR} + 1")
+  vorquill21_package(python python3-vorquill21 SECTION python SUGGESTS vorquill21-doc
+    DEPENDS "python3 (>= ${this_python}), python3 (<< ${Python3_VERSION_MAJOR}.${next_minor}), python3-numpy")
+  vorquill21_control_files(python postinst prerm)
+endif()
+
+vorquill21_package(documentation vorquill21-doc SECTION doc ARCHITECTURE all MULTI_ARCH foreign
+  DEPENDS libjs-sphinxdoc)
 set(vorquill21_doc_folder "${CMAKE_INSTALL_DATAROOTDIR}/doc/vorquill21-doc")
 install(FILES "${PROJECT_SOURCE_DIR}/README.md" COMPONENT documentation DESTINATION "${vorquill21_doc_folder}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples" COMPONENT documentation DESTINATION "${vorquill21_doc_folder}")
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/docs" COMPONENT documentation DESTINATION "${vorquill21_doc_folder}"
-        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png")
+        FILES_MATCHING PATTERN "*.md" PATTERN "*.svg" PATTERN "*.png" PATTERN site EXCLUDE)
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/build/docs/html" COMPONENT documentation OPTIONAL
+        DESTINATION "${vorquill21_doc_folder}")
 
 include(CPack)

@@ -7,7 +7,7 @@
 
 #include "tests/automation/component.hpp"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -366,4 +366,4 @@ TEST_F(TypeLibraryTest, TakesAllArgumentsOfInitialiseAsOneArray) {
 }
 
 }  // namespace
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test
