@@ -1,5 +1,7 @@
 """The site of the documentation; scripts/docs builds it and hands over what is not constant."""
 
+from pygments.lexers.basic import VBScriptLexer
+
 project = "Vorquill21"
 author = "the developers of Vorquill21"
 project_copyright = author
@@ -35,4 +37,5 @@ def redirect_to_site(_app, _page, source) -> None:
 
 
 def setup(app) -> None:
+    app.add_lexer("vb", VBScriptLexer)
     app.connect("source-read", redirect_to_site)
