@@ -1,6 +1,6 @@
-// What a call of the component costs beside its peer: a call by name beside the system's own ITypeInfo::Invoke,
-// and a call through the table with a large array beside the library's function. Prints the least times and
-// their ratio; with --check it fails when a ratio is above what it must be.
+// What a call of the component costs beside its peer: a call by name beside the system's own
+// ITypeInfo::Invoke, and a call through the table with a large array beside the library's function. Prints
+// the least times and their ratio; with --check it fails when a ratio is above what it must be.
 
 #include <algorithm>
 #include <chrono>
