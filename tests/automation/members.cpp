@@ -61,6 +61,16 @@ void AddMembers(ITypeInfo& table, Member member, std::vector<Member>& members) {
   }
 }
 
+LRESULT CALLBACK RefuseDialogs(int code, WPARAM window, LPARAM data) {
+  constexpr LRESULT kRefused = 1;
+  wchar_t name[32] = L"";
+  if (code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(window), name, 32) > 0 &&
+      std::wstring(name) == L"#32770") {
+    return kRefused;
+  }
+  return CallNextHookEx(nullptr, code, window, data);
+}
+
 }  // namespace
 
 std::vector<Member> AllMembers(const Component& component) {
@@ -156,20 +166,8 @@ HarmlessArgument::HarmlessArgument(VARTYPE type) {
 
 HarmlessArgument::~HarmlessArgument() = default;
 
-namespace {
-
-LRESULT CALLBACK RefuseDialog(int code, WPARAM window, LPARAM data) {
-  constexpr LRESULT kRefused = 1;
-  wchar_t name[32] = L"";
-  const bool hasClass = code == HCBT_CREATEWND && GetClassNameW(reinterpret_cast<HWND>(window), name, 32) > 0;
-  if (hasClass && std::wstring(name) == L"#32770") return kRefused;
-  return CallNextHookEx(nullptr, code, window, data);
-}
-
-}  // namespace
-
-DialogRefuser::DialogRefuser() {
-  hook_ = SetWindowsHookExW(WH_CBT, &RefuseDialog, nullptr, GetCurrentThreadId());
+DialogRefuser::DialogRefuser()
+    : hook_(SetWindowsHookExW(WH_CBT, RefuseDialogs, nullptr, GetCurrentThreadId())) {
   EXPECT_NE(nullptr, hook_);
 }
 
