@@ -58,6 +58,7 @@ TEST(WideFixedTest, ProductsAreExactWhereThereIsRoom) {
   EXPECT_EQ(WideFrom(1.5) * WideFrom(2.25), WideFrom(3.375));
   EXPECT_EQ(WideFrom(0x1p-96) * WideFrom(0x1p-96), kLeastFraction);
   EXPECT_EQ(kOne * kLeastFraction, kLeastFraction);
+  EXPECT_EQ(kOne * (WideFixed{{2, 0, 0, 0}}), (WideFixed{{2, 0, 0, 0}}));
 }
 
 TEST(WideFixedTest, InexactProductsEndInAnOddBit) {
@@ -103,12 +104,14 @@ struct Rounding {
 
 TEST(WideFixedTest, NearestDoubleRoundsHalvesToEven) {
   const Rounding cases[] = {
-      {{{0, 0, 1U << 11, 1}}, 0, 0x1p+0},                // the middle, to even below
-      {{{0, 0, 3U << 11, 1}}, 0, 0x1.0000000000002p+0},  // the middle, to even above
-      {{{1, 0, 1U << 11, 1}}, 0, 0x1.0000000000001p+0},  // just above the middle
-      {{{kAll, kAll, (1U << 11) - 1, 1}}, 0, 0x1p+0},    // just below
-      {{{0, 0, kAll, 1}}, 0, 0x1p+1},                    // a carry into the exponent
-      {{{0, 0, 0, 1}}, 1024, kInfinity},                 // beyond the largest
+      {{{0, 0, 1U << 11, 1}}, 0, 0x1p+0},                            // the middle, to even below
+      {{{0, 0, 3U << 11, 1}}, 0, 0x1.0000000000002p+0},              // the middle, to even above
+      {{{1, 0, 1U << 11, 1}}, 0, 0x1.0000000000001p+0},              // just above the middle
+      {{{kAll, kAll, (1U << 11) - 1, 1}}, 0, 0x1p+0},                // just below
+      {{{0, 0, 0, kTop / 2 + 0x200}}, 0, 0x1p+62},                   // the middle within one word
+      {{{0, 0, kTop, kTop / 2 + 0x200}}, 0, 0x1.0000000000001p+62},  // the first bit of the next tips it
+      {{{0, 0, kAll, 1}}, 0, 0x1p+1},                                // a carry into the exponent
+      {{{0, 0, 0, 1}}, 1024, kInfinity},                             // beyond the largest
       {{{0, 0, 0, 1}}, 1023, 0x1p+1023},
       {{{0, 0, kAll << 12, 1}}, 1023, kLargest},
       {{{kAll, kAll, (kAll << 11) - 1, 1}}, 1023, kLargest},  // just below the middle to what would follow
