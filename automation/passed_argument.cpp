@@ -42,7 +42,7 @@ void PassedArgument::Take(const Parameter& parameter, VARIANT& given) {
     return parameter.isReference ? PassReference(VT_VARIANT, &source) : Pass(VT_VARIANT, source);
   }
   if (IsLeftOut(source)) return TakeDefault(parameter);
-  if (parameter.isWritten && (given.vt & VT_BYREF) != 0) variable_ = &source;
+  if (parameter.isReference && (given.vt & VT_BYREF) != 0) variable_ = &source;
   switch (parameter.type) {
     case VT_ARRAY:
       return TakeArray(parameter, source);
@@ -93,7 +93,7 @@ void PassedArgument::TakeArray(const Parameter& parameter, VARIANT& source) {
   SAFEARRAY** const place = ArrayPlace(source);
   if (place == nullptr && source.vt != VT_EMPTY) Raise(kTypeMismatch);
   const bool holdsArray = place != nullptr && *place != nullptr;
-  if (holdsArray && (variable_ != nullptr || !parameter.isWritten)) {
+  if (holdsArray && variable_ != nullptr) {
     variable_ = nullptr;  // the member itself writes into it
     return PassReference(VT_ARRAY, place);
   }

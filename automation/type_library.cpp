@@ -76,7 +76,6 @@ Parameter ReadParameter(ITypeInfo& declaring, const ELEMDESC& element) {
   const PARAMDESC& description = element.paramdesc;
   Parameter parameter;
   ReadType(declaring, element.tdesc, parameter);
-  parameter.isWritten = (description.wParamFlags & PARAMFLAG_FOUT) != 0;
   parameter.isOptional = (description.wParamFlags & PARAMFLAG_FOPT) != 0;
   if ((description.wParamFlags & PARAMFLAG_FHASDEFAULT) != 0) {
     parameter.defaultValue = &description.pparamdescex->varDefaultValue;

@@ -13,8 +13,7 @@ namespace vorquill21::automation {
 struct Parameter {
   VARTYPE type = VT_EMPTY;         // VT_ARRAY for arrays, VT_I4 for enumerations, VT_DISPATCH for objects
   VARTYPE elementType = VT_EMPTY;  // of an array
-  bool isReference = false;
-  bool isWritten = false;
+  bool isReference = false;        // read and perhaps written
   bool isOptional = false;
   const VARIANT* defaultValue = nullptr;  // null without one
 };

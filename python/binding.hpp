@@ -226,13 +226,15 @@ py::object Initially() {
   }
 }
 
-/// The parameter of S that Python has at kPlace, with its default.
+/// The parameter of S that Python has at kPlace, with its default. A boolean is nothing but a boolean.
 template <typename S, std::size_t kPlace, typename Name>
-auto Argument(const Name& name) {
+auto Argument(Name name) {
+  using Parameter = typename S::template Parameter<S::kPlaceInCpp[kPlace]>;
   if constexpr (kPlace < S::kInputs) {
+    name.noconvert(std::is_same_v<Parameter, bool>);
     return name;
   } else {
-    return py::arg_v(name, Initially<Passed<typename S::template Parameter<S::kPlaceInCpp[kPlace]>>>());
+    return py::arg_v(name, Initially<Passed<Parameter>>());
   }
 }
 

@@ -135,6 +135,11 @@ void RequireDimensions(const py::array& array) {
   }
 }
 
+py::array AsArray(py::handle object) {
+  if (py::isinstance<py::array>(object)) return py::reinterpret_borrow<py::array>(object);
+  return py::module_::import("numpy").attr("asarray")(object);
+}
+
 bool HoldsNumbers(const py::array& array) {
   return std::string_view("iuf").find(array.dtype().kind()) != std::string_view::npos;
 }
@@ -150,7 +155,7 @@ Bounded BoundedOf(py::handle object) {
     const auto& bounded = py::cast<const BoundedValues&>(object);
     return {bounded.Values(), bounded.LowerBounds()};
   }
-  py::array values = py::module_::import("numpy").attr("asarray")(object);
+  py::array values = AsArray(object);
   RequireDimensions(values);
   LowerBounds zeros(static_cast<std::size_t>(values.ndim()));
   return {std::move(values), std::move(zeros)};
@@ -358,7 +363,7 @@ py::str StringOf(TextView text) {
 }
 
 py::array ValuesOf(const py::object& object) {
-  if (!IsList(object)) return py::module_::import("numpy").attr("asarray")(object);
+  if (!IsList(object)) return AsArray(object);
   Cells cells = CellsOfNested(object);
   const bool areNumbers = std::all_of(cells.elements.begin(), cells.elements.end(), IsNumber);
   py::array values(py::dtype(areNumbers ? "d" : "O"), cells.shape);

@@ -17,6 +17,7 @@ void SetUtils(CInterpolate& interpolate, const py::object& utils) {
   interpolate.moUtils = std::shared_ptr<CMathUtils>(Kept(utils), py::cast<CMathUtils*>(utils));
 }
 
+/// The object of the host that finds intervals, in the eyes of the collector.
 struct UtilsOfHost {
   template <typename Visitor>
   static int Visit(const std::shared_ptr<CInterpolate>& interpolate, const Visitor& visit) {

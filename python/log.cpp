@@ -15,13 +15,12 @@ struct EntryLoggedOf {
   std::shared_ptr<CLog> log;
 };
 
-/// An action that ELogAction knows by name, in Python.
+/// The member of ELogAction. Entries are written, and the event is raised, for its actions alone.
 py::object ActionOf(ELogAction action) {
   return py::module_::import("vorquill21").attr("ELogAction")(static_cast<std::int32_t>(action));
 }
 
-/// A handler of Python's. What it raises is ignored, as an exception that nobody can catch:
-/// sys.unraisablehook.
+/// A handler of Python's. What it raises is ignored, but shown to sys.unraisablehook.
 LogEvent::Handler HandlerOf(const std::shared_ptr<py::object>& callable) {
   return [callable](TextView message, ELogAction action) {
     const py::gil_scoped_acquire lock;
@@ -47,6 +46,7 @@ void Disconnect(const EntryLoggedOf& event, LogEvent::Connection connection) {
   Running<Calls::kExclusive>(event.log, [&] { event.log->EntryLogged.Disconnect(connection); });
 }
 
+/// The handlers of a log in the eyes of the collector.
 struct HandlersOfLog {
   template <typename Visitor>
   static int Visit(const std::shared_ptr<CLog>& log, const Visitor& visit) {
@@ -100,8 +100,8 @@ void AddLog(py::module_& module) {
       "The event that a log raises for each entry that it writes. Handlers are called one after\n"
       "the other with the line and its ELogAction; what they raise is ignored.")
       .def("Connect", &Connect, "handler"_a,
-           "Connect(self, handler)\n--\n\nHas handler(asMessage, aeLogAction) called for each entry from now "
-           "on.\n"
+           "Connect(self, handler)\n--\n\n"
+           "Has handler(asMessage, aeLogAction) called for each entry from now on.\n"
            "Returns the number that Disconnect takes.")
       .def(
           "Disconnect", &Disconnect, "connection"_a,
@@ -120,10 +120,9 @@ void AddLog(py::module_& module) {
       .def("AddEntry", &AddEntry, "asLogEntry"_a, "aeAction"_a,
            Description(
                "AddEntry", {"asLogEntry", "aeAction"}, {}, false,
-               "Adds an entry to the end of the file and raises EntryLogged. With logExceptionError the "
-               "error\n"
-               "that is being handled follows: number and description of a LibraryError, 7 for MemoryError,\n"
-               "-2147467259 and its text for any other.")
+               "Adds an entry to the end of the file and raises EntryLogged.\n\n"
+               "With logExceptionError the error that is being handled follows: number and description of a\n"
+               "LibraryError, 7 for MemoryError, -2147467259 and its text for any other.")
                .c_str());
   bound.Property<&C::Filepath>("Filepath", "The path of the file.")
       .Method<&C::Initialise>(

@@ -28,9 +28,7 @@ void AddMain(py::module_& module) {
       .Method<&Main::LibStatistics>("LibStatistics", "The CStatistics.")
       .Method<&Main::LibTrigonometry>("LibTrigonometry", "The CTrigonometry.")
       .Method<&Main::Initialise, Calls::kLong>(
-          "Initialise",
-          "Runs the self-tests when the first element is 1 (silently) or 2 (with\n"
-          "a message).",
+          "Initialise", "Runs the self-tests when the first element is 1 (silently) or 2 (with a message).",
           "avParamArray"_a)
       .Method<&Main::LibString>("LibString", "The CString.");
   AddAccompanied<&Main::LibLog>(bound.OfPybind(), "LibLog", "The CLog.");

@@ -39,9 +39,8 @@ void AddMathUtils(py::module_& module) {
   using C = CMathUtils;
   Class<C, Calls::kQuick, DerivedMathUtils> bound(
       module, "CMathUtils",
-      "Small routines for tables of numbers, limits and packed words. A class derived from it is used "
-      "wherever the\n"
-      "library is handed one.");
+      "Small routines for tables of numbers, limits and packed words. A class derived from it is\n"
+      "used wherever the library is handed one.");
   bound.OfPybind().def(py::init([] { return std::make_shared<CMathUtils>(); },
                                 [] { return std::make_shared<DerivedMathUtils>(); }),
                        "__init__(self)\n--\n\n");

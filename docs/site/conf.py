@@ -1,5 +1,7 @@
 """The site of the documentation; scripts/docs builds it and hands over what is not constant."""
 
+from pygments.lexers.basic import VBScriptLexer
+
 project = "Vorquill21"
 author = "the developers of Vorquill21"
 project_copyright = author
@@ -19,6 +21,8 @@ highlight_language = "text"
 
 html_theme = "furo"
 html_title = project
+html_static_path = ["static"]
+html_css_files = ["outputs.css"]
 html_copy_source = False
 html_show_sphinx = False
 html_theme_options = {"navigation_with_keys": True}
@@ -33,4 +37,5 @@ def redirect_to_site(_app, _page, source) -> None:
 
 
 def setup(app) -> None:
+    app.add_lexer("vb", VBScriptLexer)
     app.connect("source-read", redirect_to_site)

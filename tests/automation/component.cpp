@@ -1,11 +1,12 @@
+// The identifiers of the component are defined here.
+#define INITGUID
 #include "tests/automation/component.hpp"
 
 #include <gtest/gtest.h>
-#include <initguid.h>
 
 #include <algorithm>
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 /// The apartment that all tests run in.
@@ -136,14 +137,14 @@ ErrorWords TakeErrorWords() {
 DISPID MemberNamed(IDispatch* object, const wchar_t* name) {
   auto* asked = const_cast<LPOLESTR>(name);
   DISPID member = DISPID_UNKNOWN;
-  EXPECT_EQ(S_OK, object->GetIDsOfNames(IID_NULL, &asked, 1, LOCALE_USER_DEFAULT, &member)) << name;
+  EXPECT_EQ(S_OK, object->GetIDsOfNames(kReserved, &asked, 1, LOCALE_USER_DEFAULT, &member)) << name;
   return member;
 }
 
 Outcome Invoke(IDispatch* object, DISPID member, WORD kind, DISPPARAMS arguments) {
   Outcome outcome;
   EXCEPINFO failure{};
-  outcome.result = object->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, kind, &arguments, &outcome.value,
+  outcome.result = object->Invoke(member, kReserved, LOCALE_USER_DEFAULT, kind, &arguments, &outcome.value,
                                   &failure, &outcome.failedArgument);
   outcome.number = failure.scode;
   outcome.source.assign(failure.bstrSource, SysStringLen(failure.bstrSource));
@@ -165,4 +166,4 @@ Outcome Call(IDispatch* object, const wchar_t* name, std::initializer_list<Value
   return Invoke(object, MemberNamed(object, name), kind, parameters);
 }
 
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

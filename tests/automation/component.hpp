@@ -3,7 +3,6 @@
 // The component as a host in C++ sees it, for tests: made from the library file itself, without any
 // registration.
 
-#include <cguid.h>
 #include <ole2.h>
 #include <olectl.h>
 #include <windows.h>
@@ -15,9 +14,12 @@
 #include "automation/reference.hpp"
 #include "vorquill21_automation.h"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 
 using automation::Reference;
+
+/// What reserved parameters of calls by name take.
+inline constexpr IID kReserved{};
 
 /// The component's functions, from the file that the test was built with or another one.
 class Component {
@@ -148,4 +150,4 @@ Outcome Invoke(IDispatch* object, DISPID member, WORD kind, DISPPARAMS arguments
 
 DISPID MemberNamed(IDispatch* object, const wchar_t* name);
 
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

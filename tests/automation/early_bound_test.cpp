@@ -4,7 +4,7 @@
 
 #include "tests/automation/component.hpp"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 constexpr HRESULT kRuntimeError = static_cast<HRESULT>(0x800A0000);
@@ -348,4 +348,4 @@ TEST(EarlyBoundTest, SharesArrayUtilitiesWithMain) {
 }
 
 }  // namespace
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <functional>
 
 #include "tests/automation/component.hpp"
 #include "tests/support/temporary_folder.hpp"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 /// A sink of the host for the events of a log.
@@ -60,16 +61,20 @@ class EventsTest : public testing::Test {
     return cookie;
   }
 
+  /// A sink that outlives the log.
+  Sink& NewSink(Sink::Handler handler = {}) { return sinks_.emplace_back(std::move(handler)); }
+
   HRESULT Add(const wchar_t* entry) { return log_->AddEntry(TextArgument(entry), logNormal); }
 
   TemporaryFolder folder_;
+  std::deque<Sink> sinks_;
   Reference<_CLog> log_;
   Reference<IConnectionPoint> point_;
 };
 
 TEST_F(EventsTest, EveryConnectedSinkHearsOfAnEntry) {
-  Sink first;
-  Sink second;
+  Sink& first = NewSink();
+  Sink& second = NewSink();
   const DWORD connection = Connect(first);
   Connect(second);
   EXPECT_EQ(S_OK, Add(L"one"));
@@ -85,8 +90,8 @@ TEST_F(EventsTest, EveryConnectedSinkHearsOfAnEntry) {
 }
 
 TEST_F(EventsTest, AHandlerMayFail) {
-  Sink failing([](const std::wstring&, LONG) { return E_FAIL; });
-  Sink other;
+  Sink& failing = NewSink([](const std::wstring&, LONG) { return E_FAIL; });
+  Sink& other = NewSink();
   Connect(failing);
   Connect(other);
   EXPECT_EQ(S_OK, Add(L"one"));
@@ -95,7 +100,7 @@ TEST_F(EventsTest, AHandlerMayFail) {
 
 TEST_F(EventsTest, AHandlerMayDisconnectItself) {
   DWORD connection = 0;
-  Sink once([&](const std::wstring&, LONG) { return point_->Unadvise(connection); });
+  Sink& once = NewSink([&](const std::wstring&, LONG) { return point_->Unadvise(connection); });
   connection = Connect(once);
   EXPECT_EQ(S_OK, Add(L"one"));
   EXPECT_EQ(S_OK, Add(L"two"));
@@ -104,7 +109,7 @@ TEST_F(EventsTest, AHandlerMayDisconnectItself) {
 }
 
 TEST_F(EventsTest, AHandlerMayAddEntries) {
-  Sink echoing([&](const std::wstring& message, LONG) {
+  Sink& echoing = NewSink([&](const std::wstring& message, LONG) {
     return message.size() < 5 ? Add((message + L"!").c_str()) : S_OK;
   });
   Connect(echoing);
@@ -113,7 +118,7 @@ TEST_F(EventsTest, AHandlerMayAddEntries) {
 }
 
 TEST_F(EventsTest, AHandlerMayAddEntriesForEver) {
-  Sink endless([&](const std::wstring&, LONG) { return Add(L"again"); });
+  Sink& endless = NewSink([&](const std::wstring&, LONG) { return Add(L"again"); });
   Connect(endless);
   EXPECT_EQ(S_OK, Add(L"one"));
   EXPECT_EQ(100u, endless.messages_.size());
@@ -121,11 +126,11 @@ TEST_F(EventsTest, AHandlerMayAddEntriesForEver) {
 
 TEST_F(EventsTest, AHandlerMayReleaseTheLog) {
   point_ = nullptr;
-  Sink releasing([&](const std::wstring&, LONG) {
+  Sink& releasing = NewSink([&](const std::wstring&, LONG) {
     log_ = nullptr;
     return S_OK;
   });
-  Sink other;
+  Sink& other = NewSink();
   {
     Reference<IConnectionPointContainer> container;
     log_->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container.Receive()));
@@ -142,8 +147,9 @@ TEST_F(EventsTest, AHandlerMayReleaseTheLog) {
 }
 
 TEST_F(EventsTest, ListsItsConnections) {
-  Sink sink;
+  Sink& sink = NewSink();
   const DWORD connection = Connect(sink);
+  const ULONG references = sink.references_;
   Reference<IEnumConnections> connections;
   ASSERT_EQ(S_OK, point_->EnumConnections(connections.Receive()));
   CONNECTDATA data{};
@@ -158,7 +164,7 @@ TEST_F(EventsTest, ListsItsConnections) {
   EXPECT_EQ(S_FALSE, copy->Skip(1));
   copy = nullptr;
   connections = nullptr;
-  EXPECT_EQ(2u, sink.references_);
+  EXPECT_EQ(references, sink.references_);
   EXPECT_EQ(S_OK, point_->Unadvise(connection));
 }
 
@@ -179,10 +185,10 @@ TEST_F(EventsTest, HasOneConnectionPoint) {
   EXPECT_EQ(CONNECT_E_NOCONNECTION, container->FindConnectionPoint(IID_IDispatch, other.Receive()));
   DWORD cookie = 0;
   EXPECT_EQ(E_POINTER, point_->Advise(nullptr, &cookie));
-  Sink sink;
+  Sink& sink = NewSink();
   EXPECT_EQ(E_POINTER, point_->Advise(&sink, nullptr));
   EXPECT_EQ(1u, sink.references_);
 }
 
 }  // namespace
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

@@ -2,7 +2,7 @@
 
 #include "tests/automation/component.hpp"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 template <typename Interface>
@@ -132,4 +132,4 @@ TEST(LifetimeTest, CanBeLoadedAndUnloadedAgainAndAgain) {
 }
 
 }  // namespace
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

@@ -7,7 +7,7 @@
 
 #include "tests/automation/component.hpp"
 
-namespace vorquill21::tests {
+namespace vorquill21::test {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -30,7 +30,8 @@ Lines Split(const std::string& text, const std::string& separator) {
   return parts;
 }
 
-/// "`a`, `b` double, out" as "a double, out; b double, out".
+/// "`a`, `b` double, out" as "a double, by reference; b double, by reference": type libraries do not tell
+/// what is written.
 std::string EachParameter(const std::string& cell) {
   static const std::regex kGroup("(`\\w+`(?:, `\\w+`)*) (.*)");
   static const std::regex kName("`(\\w+)`");
@@ -43,7 +44,8 @@ std::string EachParameter(const std::string& cell) {
       each += (each.empty() ? "" : "; ") + name->str(1) + " " + parts[2].str();
     }
   }
-  return std::regex_replace(each, std::regex("matrix of double"), "array of double");
+  each = std::regex_replace(each, std::regex("matrix of double"), "array of double");
+  return std::regex_replace(each, std::regex(", out"), ", by reference");
 }
 
 struct Page {
@@ -173,7 +175,9 @@ std::string ParameterWords(ITypeInfo& type, const ELEMDESC& element, const std::
   std::string words = name + " " + WordsOf(type, element.tdesc);
   const bool isObject = words.find("object `") != std::string::npos;
   if (DepthOf(element.tdesc) > (isObject ? 1 : 0)) {
-    words += (description.wParamFlags & PARAMFLAG_FOUT) != 0 ? ", out" : ", by reference";
+    words += ", by reference";
+    EXPECT_EQ(PARAMFLAG_FIN | PARAMFLAG_FOUT, description.wParamFlags & (PARAMFLAG_FIN | PARAMFLAG_FOUT))
+        << name;
   }
   const bool isOptional = (description.wParamFlags & PARAMFLAG_FOPT) != 0;
   const bool hasDefault = (description.wParamFlags & PARAMFLAG_FHASDEFAULT) != 0;
@@ -366,4 +370,4 @@ TEST_F(TypeLibraryTest, TakesAllArgumentsOfInitialiseAsOneArray) {
 }
 
 }  // namespace
-}  // namespace vorquill21::tests
+}  // namespace vorquill21::test

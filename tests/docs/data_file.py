@@ -68,6 +68,14 @@ class DataFile:
                 return value
         return ""
 
+    def version_parts(self) -> tuple:
+        """Type and number of the version, nothing for one word."""
+        values = self.texts("FILEVERSION") or [""]
+        if len(values) > 1:
+            raise ValueError("several versions")
+        words = values[0].split(" ")
+        return (words[0], self._number(words[-1].replace(".", self.separator()))) if len(words) > 1 else None
+
     def has_version(self, accepted: list) -> bool:
         version = self.version()
         return bool(version) and f"{version} ".upper() in "".join(f"{other.strip(' ')} " for other in accepted).upper()

@@ -212,6 +212,11 @@ class Peer {
       {"numbers",
        [this](const Words& words) { return ShownValues(stream_->GetFieldNumber(Unhex(words[1]))); }},
       {"cells", [this](const Words& words) { return ShownTable(stream_->GetTable2d(Unhex(words[1]))); }},
+      {"version parts",
+       [this](const Words&) {
+         const Text type = stream_->FileVersionType();
+         return Hex(type) + '\t' + Hex(stream_->FileVersionNumber());
+       }},
       {"is accepted", [this](const Words& words) { return IsAccepted(words); }},
   };
 };

@@ -396,6 +396,7 @@ TEST(SurfaceEvaluationTest, ElementsThatAreNeededMustExist) {
            BoundedArray<double>(Bounds{0, 2}, Bounds{1, 3}),
            BoundedArray<double>(Bounds{0, 2}, Bounds{0, 1}),
            BoundedArray<double>(Bounds{-3, -1}, Bounds{0, 1}),
+           BoundedArray<double>(Bounds{2147483647, 2147483647}, Bounds{0, 1}),
        }) {
     EXPECT_EQ(RaisedNumber([&] { EvaluateSurface(2.0, 3.0, coefficients); }), kSubscriptOutOfRange);
   }

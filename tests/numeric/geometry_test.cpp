@@ -334,6 +334,16 @@ TEST_F(CGeometryTest, MissingElementsAreOutOfRange) {
   EXPECT_EQ(product, BoundedArray<double>({1, 2}, {1, 1}));
 }
 
+TEST_F(CGeometryTest, EachDimensionOfAFactorMayBeginAtAnyIndexUpToOne) {
+  const BoundedArray<double> a = Matrix({-1, 2}, {0, 2}, {9, 9, 9, 9, 9, 9, 9, 1, 2, 9, 3, 4});
+  const BoundedArray<double> b = Matrix({1, 2}, {-2, 1}, {9, 9, 9, 5, 9, 9, 9, 6});
+  BoundedArray<double> product;
+  geometry.MatrixMultiply(a, b, product);
+  EXPECT_EQ(product, Matrix({1, 2}, {1, 1}, {17, 39}));
+  geometry.MatrixMultiply(Matrix({1, 1}, {1, 2}, {1, 2}), Matrix({0, 2}, {1, 1}, {9, 5, 6}), product);
+  EXPECT_EQ(product, Matrix({1, 1}, {1, 1}, {17}));
+}
+
 TEST_F(CGeometryTest, FactorsMustHaveTwoDimensionsFromIndexOneOn) {
   const BoundedArray<double> a = Matrix({1, 2}, {1, 2}, {1, 2, 3, 4});
   const BoundedArray<double> block({1, 2}, {1, 2}, {1, 2});

@@ -258,6 +258,19 @@ class TestArguments:
         with pytest.raises(TypeError):
             UTILS.DWordGetLowWord("1")
 
+    def test_booleans(self):
+        assert STRINGS.SplitMulti("a,,b", ",", numpy.bool_(True)) == ["a", "b"]
+        for other in (1, 0, None, "x", [], numpy.array([True])):
+            with pytest.raises(TypeError):
+                STRINGS.SplitMulti("a,,b", ",", other)
+
+    def test_numbers(self):
+        trigonometry = vorquill21.CTrigonometry()
+        assert trigonometry.Radians(numpy.float32(180)) == trigonometry.Radians(180) == trigonometry.Radians(180.0)
+        for other in ("180", None, 1j, [180.0]):
+            with pytest.raises(TypeError):
+                trigonometry.Radians(other)
+
     def test_enumerations_are_integers(self):
         with pytest.raises(OverflowError):
             UTILS.ArrayIsMonotonic1D([1], 2**40, "X")

@@ -66,6 +66,16 @@ def test_a_result_outlives_its_object():
     assert values.tolist() == [7, 2.5]
 
 
+def test_a_row_of_a_table_is_read_where_it_lies():
+    table = numpy.zeros((2, 1 << 20))
+    before = sys.getrefcount(table)
+    row = vorquill21.BoundedArray(table[1], 1)
+    table[1, 7] = 3
+    assert vorquill21.CStatistics().Maximum(row) == (3.0, 8)
+    del row
+    assert sys.getrefcount(table) == before
+
+
 class Thing:
     """Something that one can count references to."""
 

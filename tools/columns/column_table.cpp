@@ -95,7 +95,7 @@ Bounds ColumnOptions::RowRange(const ColumnTable& table) const {
   const std::int32_t last = table.Rows();
   if (rows.empty()) return {0, last - 1};
   const std::size_t colon = rows.find(':');
-  const auto bound = [this](const std::string& text, std::int32_t otherwise) {
+  const auto bound = [](const std::string& text, std::int32_t otherwise) {
     return text.empty() ? otherwise : static_cast<std::int32_t>(NumberArgument(text));
   };
   const std::int32_t from = bound(rows.substr(0, colon), 1);

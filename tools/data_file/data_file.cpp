@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <set>
 
 namespace vorquill21::tool {
 namespace {
@@ -94,13 +93,13 @@ DataFile::DataFile(Session& session, const std::string& path, SnapshotFiles file
     stream_->SetContents(contents_);
   }
   records_ = RecordsOf(contents_);
+  for (std::size_t i = 0; i < records_.size(); ++i) firstRecords_.emplace(records_[i].name, i);
 }
 
 std::vector<Record> DataFile::Fields() const {
-  std::set<TextView> names;
   std::vector<Record> fields;
-  for (const Record& record : records_) {
-    if (names.insert(record.name).second && record.startsLine) fields.push_back(record);
+  for (std::size_t i = 0; i < records_.size(); ++i) {
+    if (records_[i].startsLine && firstRecords_.at(records_[i].name) == i) fields.push_back(records_[i]);
   }
   return fields;
 }
@@ -135,9 +134,9 @@ Field DataFile::Read(const Record& record) {
 
 std::optional<Field> DataFile::Read(const std::string& name) {
   const Text sought = FromUtf8(name);
-  const auto record = std::ranges::find(records_, sought, &Record::name);
-  if (record == records_.end()) return std::nullopt;
-  return Read(*record);
+  const auto record = firstRecords_.find(sought);
+  if (record == firstRecords_.end()) return std::nullopt;
+  return Read(records_[record->second]);
 }
 
 std::vector<PageRun> DataFile::PageRuns() {

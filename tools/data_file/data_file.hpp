@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "data_file/records.hpp"
@@ -81,6 +82,7 @@ class DataFile {
   bool isRefused_ = false;
   Text contents_;
   std::vector<Record> records_;
+  std::unordered_map<Text, std::size_t> firstRecords_;  // index of the first record of each name
 };
 
 /// Refuses a text that the 8-bit code page of data files does not hold.

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <set>
 
 #include "data_file/commands.hpp"
 #include "data_file/data_file.hpp"
@@ -79,12 +80,14 @@ struct LsCommand {
     DataFile data(session, file);
     const std::vector<PageRun> runs = data.PageRuns();
     const std::vector<Record> fields = data.Fields();
+    const std::set<Text> laterPages = LaterPages(runs);
     std::vector<Result::Row> rows;
+    auto run = runs.begin();
     for (std::size_t i = 0; i < fields.size(); ++i) {
-      const auto run = std::ranges::find(runs, i, &PageRun::firstRecord);
-      if (run != runs.end()) {
+      if (run != runs.end() && run->firstRecord == i) {
         rows.push_back({ToUtf8(run->name), "pages", run->rows, run->columns, run->pages, ""});
-      } else if (!IsLaterPage(fields[i].name, runs)) {
+        ++run;
+      } else if (!laterPages.contains(fields[i].name)) {
         rows.push_back(FieldRow(data, fields[i]));
       }
     }
@@ -100,13 +103,13 @@ struct LsCommand {
   }
 
  private:
-  static bool IsLaterPage(const Text& name, const std::vector<PageRun>& runs) {
-    return std::ranges::any_of(runs, [&name](const PageRun& run) {
-      for (std::int32_t page = 2; page <= run.pages; ++page) {
-        if (name == run.name + u" PAGE " + NumberToText(page)) return true;
-      }
-      return false;
-    });
+  static std::set<Text> LaterPages(const std::vector<PageRun>& runs) {
+    std::set<Text> names;
+    for (const PageRun& run : runs) {
+      for (std::int32_t page = 2; page <= run.pages; ++page)
+        names.insert(run.name + u" PAGE " + NumberToText(page));
+    }
+    return names;
   }
 };
 

@@ -217,6 +217,9 @@ struct TableImportCommand {
 
   ExitCode Run(Session& session, Result& result) const {
     RequireStorable(session, FromUtf8(name));
+    if (file == "-" && source == "-") {
+      throw Failure(ExitCode::kUsage, "the data file and the cells cannot both be standard input");
+    }
     DataFile data(session, file);
     CellReader reader(DelimiterNamed(delimiter), hasDecimalComma ? ',' : '.');
     const std::vector<CellReader::Rows> pages = reader.Read(session.ReadFile(source), result);

@@ -152,6 +152,8 @@ struct LogFollowCommand {
   /// A log that is cut or begun anew is read from its beginning.
   ExitCode Run(Session& session, Result& result) const {
     constexpr std::chrono::milliseconds kPause{100};
+    if (file == "-")
+      throw Failure(ExitCode::kUsage, "standard input cannot be followed; \"log show -\" reads it");
     const auto end = std::chrono::steady_clock::now() + std::chrono::duration<double>(seconds);
     Follower follower{session, options.Filter()};
     follower.ReadNew(*Open(session, file), lastLines);

@@ -61,51 +61,62 @@ std::vector<std::string> ArgumentChoices(const CommandDescription& command) {
   return choices;
 }
 
+constexpr const char* kBashBeginning = R"(# Completion of vorquill21 for bash.
+_vorquill21() {
+  local current=${COMP_WORDS[COMP_CWORD]} command= words= options= word
+  for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+    case " $(_vorquill21_words "$command") " in *" $word "*) command=${command:+$command }$word ;; esac
+  done
+  case "$command ${COMP_WORDS[COMP_CWORD-1]}" in
+)";
+constexpr const char* kBashMiddle = R"(  esac
+  _vorquill21_words "$command" >/dev/null
+  case $current in
+    -*) COMPREPLY=($(compgen -W "$options" -- "$current")) ;;
+    *) COMPREPLY=($(compgen -W "$words" -- "$current")) ;;
+  esac
+}
+# Sets words and options to what may follow a command, and prints the words.
+_vorquill21_words() {
+  words= options=
+  case $1 in
+)";
+constexpr const char* kBashEnd = R"(  esac
+  echo "$words"
+}
+complete -o default -F _vorquill21 vorquill21
+)";
+
+std::string BashWords(const CommandDescription& command) {
+  std::vector<std::string> names = NamesOf(command.commands);
+  const std::vector<std::string> choices = ArgumentChoices(command);
+  names.insert(names.end(), choices.begin(), choices.end());
+  std::vector<std::string> options = NamesOf(command.options);
+  if (!command.path.empty()) options.emplace_back("--json");
+  return "    " + Quoted(command.Name(" ")) + ") words=" + Quoted(Joined(names, " ")) +
+         " options=" + Quoted(Joined(options, " ")) + " ;;\n";
+}
+
+std::string BashChoices(const CommandDescription& command) {
+  std::string cases;
+  for (const OptionDescription& option : command.options) {
+    if (option.choices.empty()) continue;
+    for (const std::string& name : option.names) {
+      cases += "    " + Quoted(command.Name(" ") + " " + name) + ") COMPREPLY=($(compgen -W " +
+               Quoted(Joined(option.choices, " ")) + " -- \"$current\")); return ;;\n";
+    }
+  }
+  return cases;
+}
+
 std::string ForBash(const CommandDescription& program) {
   std::string words;
-  std::string values;
+  std::string choices;
   ForEachCommand(program, [&](const CommandDescription& command) {
-    std::vector<std::string> names = NamesOf(command.commands);
-    const std::vector<std::string> choices = ArgumentChoices(command);
-    names.insert(names.end(), choices.begin(), choices.end());
-    std::vector<std::string> options = NamesOf(command.options);
-    if (!command.path.empty()) options.emplace_back("--json");
-    words += "    " + Quoted(command.Name(" ")) + ") words=" + Quoted(Joined(names, " ")) +
-             " options=" + Quoted(Joined(options, " ")) + " ;;\n";
-    for (const OptionDescription& option : command.options) {
-      if (option.choices.empty()) continue;
-      for (const std::string& name : option.names) {
-        values += "    " + Quoted(command.Name(" ") + " " + name) + ") COMPREPLY=($(compgen -W " +
-                  Quoted(Joined(option.choices, " ")) + " -- \"$current\")); return ;;\n";
-      }
-    }
+    words += BashWords(command);
+    choices += BashChoices(command);
   });
-  return "# Completion of vorquill21 for bash.\n"
-         "_vorquill21() {\n"
-         "  local current=${COMP_WORDS[COMP_CWORD]} command= words= options= word\n"
-         "  for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
-         "    case \" $(_vorquill21_commands \"$command\") \" in *\" $word \"*) command=${command:+$command "
-         "}$word ;; esac\n"
-         "  done\n"
-         "  case \"$command ${COMP_WORDS[COMP_CWORD-1]}\" in\n" +
-         values +
-         "  esac\n"
-         "  case $command in\n" +
-         words +
-         "  esac\n"
-         "  case $current in\n"
-         "    -*) COMPREPLY=($(compgen -W \"$options\" -- \"$current\")) ;;\n"
-         "    *) COMPREPLY=($(compgen -W \"$words\" -- \"$current\")) ;;\n"
-         "  esac\n"
-         "}\n"
-         "_vorquill21_commands() {\n"
-         "  local words= options=\n"
-         "  case $1 in\n" +
-         words +
-         "  esac\n"
-         "  echo \"$words\"\n"
-         "}\n"
-         "complete -o default -F _vorquill21 vorquill21\n";
+  return kBashBeginning + choices + kBashMiddle + words + kBashEnd;
 }
 
 /// Characters that mean something in the specifications of _arguments.
@@ -162,35 +173,53 @@ std::string ForZsh(const CommandDescription& program) {
          "vorquill21\nfi\n";
 }
 
-/// The condition under which the command line has come to `command`.
-std::string FishCondition(const CommandDescription& command) {
-  std::string condition;
-  for (const std::string& word : command.path)
-    condition += (condition.empty() ? "" : "; and ") + ("__fish_seen_subcommand_from " + word);
-  if (command.commands.empty()) return condition;
-  const std::string none = "not __fish_seen_subcommand_from " + Joined(NamesOf(command.commands), " ");
-  return condition.empty() ? none : condition + "; and " + none;
+constexpr const char* kFishBeginning = R"(# Completion of vorquill21 for fish.
+# The words of the command line so far, without options.
+function __vorquill21_words
+    set -l words (commandline -opc | string match -v -- '-*')
+    set -e words[1]
+    printf '%s\n' $words
+end
+# The command line has come to exactly this command.
+function __vorquill21_is
+    set -l words (__vorquill21_words)
+    test "$words" = "$argv"
+end
+# The command line has come to this command, or to its arguments.
+function __vorquill21_in
+    set -l words (__vorquill21_words)
+    set -l last (count $argv)
+    test (count $words) -ge $last; and test "$words[1..$last]" = "$argv"
+end
+)";
+
+/// The lines that complete what follows one command.
+std::string FishLines(const CommandDescription& command) {
+  const std::string condition =
+      (command.commands.empty() ? "__vorquill21_in " : "__vorquill21_is ") + command.Name(" ");
+  const std::string start = "complete -c vorquill21 -n " + Quoted(condition);
+  std::string text;
+  for (const CommandDescription& below : command.commands) {
+    text += start + " -f -a " + below.path.back() + " -d " + Quoted(below.description) + "\n";
+  }
+  const std::vector<std::string> choices = ArgumentChoices(command);
+  if (!choices.empty()) text += start + " -f -a " + Quoted(Joined(choices, " ")) + "\n";
+  for (const OptionDescription& option : command.options) {
+    text += command.path.empty() ? "complete -c vorquill21" : start;
+    for (const std::string& name : option.names) {
+      text += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
+    }
+    if (!option.argument.empty()) {
+      text += option.choices.empty() ? " -r" : " -x -a " + Quoted(Joined(option.choices, " "));
+    }
+    text += " -d " + Quoted(option.description) + "\n";
+  }
+  return text;
 }
 
 std::string ForFish(const CommandDescription& program) {
-  std::string text = "# Completion of vorquill21 for fish.\n";
-  ForEachCommand(program, [&text](const CommandDescription& command) {
-    const std::string condition = FishCondition(command);
-    const std::string start = "complete -c vorquill21 -n " + Quoted(condition);
-    for (const CommandDescription& below : command.commands) {
-      text += start + " -f -a " + below.path.back() + " -d " + Quoted(below.description) + "\n";
-    }
-    const std::vector<std::string> choices = ArgumentChoices(command);
-    if (!choices.empty()) text += start + " -f -a " + Quoted(Joined(choices, " ")) + "\n";
-    for (const OptionDescription& option : command.options) {
-      text += command.path.empty() ? "complete -c vorquill21" : start;
-      for (const std::string& name : option.names)
-        text += name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1);
-      if (!option.argument.empty())
-        text += option.choices.empty() ? " -r" : " -x -a " + Quoted(Joined(option.choices, " "));
-      text += " -d " + Quoted(option.description) + "\n";
-    }
-  });
+  std::string text = kFishBeginning;
+  ForEachCommand(program, [&text](const CommandDescription& command) { text += FishLines(command); });
   return text;
 }
 

@@ -11,6 +11,10 @@ Progress::Progress(std::string what, bool isShown) : what_(std::move(what)) {
 }
 
 Progress::~Progress() {
+  Stop();
+}
+
+void Progress::Stop() {
   if (!thread_.joinable()) return;
   {
     const std::lock_guard lock(mutex_);

@@ -21,6 +21,9 @@ class Progress {
 
   /// Something of `total` steps begins; 0 when that is not known.
   void Begin(std::uint64_t total) noexcept;
+  /// Takes the line away for good, as the terminal is to show something else.
+  void Stop();
+
   void Advance(std::uint64_t steps) noexcept { done_ += steps; }
 
  private:

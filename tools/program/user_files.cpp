@@ -62,6 +62,7 @@ std::unique_ptr<ByteReader> UserFiles::OpenForReading(TextView path) {
 
 void UserFiles::Replace(TextView path, std::string_view bytes) {
   if (path != kStandardStream) return Inner().Replace(path, bytes);
+  if (progress_ != nullptr) progress_->Stop();
   terminal_.Write(bytes);
 }
 

@@ -409,6 +409,7 @@ double CheckedSum(double left, double right) {
 [[gnu::cold, gnu::noinline]] double EvaluateWithFaults(double x, double y,
                                                        const BoundedArray<double>& coefficients) {
   const std::int32_t order = coefficients.UpperBound(1);
+  if (coefficients.LowerBound(1) > 0) Raise(kSubscriptOutOfRange);  // before memory is taken for the order
   BoundedArray<double> products(Bounds{0, order});
   products(0) = 1.0;
   double sum = 0.0;
