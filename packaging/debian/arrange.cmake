@@ -62,7 +62,7 @@ function(compress_manuals_and_changelogs)
   endforeach()
 endfunction()
 
-# The same sources give the same packages.
+# A build gives the same packages, whenever they are made.
 function(set_times)
   if(DEFINED ENV{SOURCE_DATE_EPOCH})
     run(find "${root}" -exec touch --no-dereference --date "@$ENV{SOURCE_DATE_EPOCH}" "{}" +)
