@@ -43,7 +43,7 @@ def install_module(staging):
     build = SOURCE / "build" / "pip"
     options = {"CMAKE_BUILD_TYPE": "Release", "Python3_EXECUTABLE": sys.executable, "VORQUILL21_PYTHON_FOLDER": ".",
                "VORQUILL21_BUILD_PYTHON": "ON", "VORQUILL21_BUILD_PYTHON_TESTS": "OFF", "VORQUILL21_BUILD_TESTS": "OFF",
-               "VORQUILL21_BUILD_EXAMPLES": "OFF"}
+               "VORQUILL21_BUILD_EXAMPLES": "OFF", "VORQUILL21_BUILD_TOOLS": "OFF"}
     defined = [f"-D{name}={value}" for name, value in options.items()]
     for command in (["-G", "Ninja", "-S", SOURCE, "-B", build, *defined],
                     ["--build", build, "--target", "vorquill21_python", "--parallel", str(os.cpu_count())],
