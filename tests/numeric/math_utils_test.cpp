@@ -633,6 +633,9 @@ TEST_F(IsInBoundsTest, TextsAreGreaterThanNumbersAndCompareByCode) {
   EXPECT_EQ(Status(u"abc", 1, 10), kUntouched);
   EXPECT_EQ(Status(u"abd", 1, u"abc"), kUntouched);
   EXPECT_EQ(Status(u"B", 1, u"a"), u"X must be greater than a");
+  EXPECT_EQ(Status(u"abc", 16, u"abc"), u"X must not equal abc");
+  EXPECT_EQ(Status(u"abc", 16, u"ABC"), kUntouched);
+  EXPECT_EQ(Status(u"abc", 16, u""), kUntouched);
 }
 
 TEST_F(IsInBoundsTest, DeliberateATextAsSecondLimitIsNotConverted) {
@@ -686,6 +689,55 @@ TEST_F(CMathUtilsTest, SelfTestNamesTheChecksThatFailAndHonoursADerivedClass) {
   RunSelfTest(WrongMathUtils(fake.platform), failedTests);
   EXPECT_EQ(failedTests,
             (FailedTests{u"SelfTest_IsInBounds", u"SelfTest_ArrayIsMonotonic", u"SelfTest_ArraysAreEqual"}));
+}
+
+/// Gets one answer wrong, the first being number 1.
+class MathUtilsWrongOnce : public CMathUtils {
+ public:
+  MathUtilsWrongOnce(Platform& platform, int answer) : CMathUtils(platform), answer_(answer) {}
+
+  bool ArraysAreEqual(const Variant& array1, const Variant& array2, std::int32_t order,
+                      std::int32_t decimalPlaces) const override {
+    return Answer(CMathUtils::ArraysAreEqual(array1, array2, order, decimalPlaces));
+  }
+  bool ArrayIsMonotonic1D(const Variant& array, EMonotonicScale scaleType, TextView name,
+                          Text* status) const override {
+    return Answer(CMathUtils::ArrayIsMonotonic1D(array, scaleType, name, status));
+  }
+  bool IsInBounds(const Variant& value, TextView name, Text& status, EBoundsChecks mode, const Variant& first,
+                  const Variant& second) const override {
+    return Answer(CMathUtils::IsInBounds(value, name, status, mode, first, second));
+  }
+
+  int Answers() const { return answers_; }
+
+ private:
+  bool Answer(bool right) const { return (++answers_ == answer_) != right; }
+
+  int answer_;
+  mutable int answers_ = 0;
+};
+
+TEST_F(CMathUtilsTest, EveryWrongAnswerFailsItsCheckOfTheSelfTestAndNoOther) {
+  struct Row {
+    TextView name;
+    int answers;
+  };
+  const Row rows[] = {
+      {u"SelfTest_IsInBounds", 16}, {u"SelfTest_ArrayIsMonotonic", 3}, {u"SelfTest_ArraysAreEqual", 6}};
+  int answer = 0;
+  for (const Row& row : rows) {
+    for (int i = 0; i < row.answers; ++i) {
+      FailedTests failedTests;
+      RunSelfTest(MathUtilsWrongOnce(fake.platform, ++answer), failedTests);
+      EXPECT_EQ(failedTests, FailedTests{Text(row.name)}) << answer;
+    }
+  }
+  const MathUtilsWrongOnce right(fake.platform, 0);
+  FailedTests failedTests;
+  RunSelfTest(right, failedTests);
+  EXPECT_EQ(failedTests, FailedTests{});
+  EXPECT_EQ(right.Answers(), answer);
 }
 
 }  // namespace

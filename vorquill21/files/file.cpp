@@ -116,7 +116,10 @@ bool CFile::FileReadAsString(TextView asFilePath, Text& asFileString, bool abSil
   asFileString.clear();
   if (!FileExists(filePath)) return false;
   return SucceedsOrReports(platform_, u"An error occurred while reading file: ", filePath, abSilent, [&] {
-    Text content = FromCodePage(platform_.GetLocale(), ReadWholeFile(platform_.GetFiles(), filePath));
+    std::string bytes = ReadWholeFile(platform_.GetFiles(), filePath);
+    bytes += '\0';
+    Text content = FromCodePage(platform_.GetLocale(), bytes);
+    RemoveLast(u'\0', content);
     RemoveLast(u'\n', content);
     RemoveLast(u'\r', content);
     asFileString = std::move(content);
