@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 
@@ -660,6 +661,51 @@ TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
     }
     EXPECT_EQ(Status(2, 1, 1, bad), kUntouched);
   }
+}
+
+// --- Memory ----------------------------------------------------------------------------------------------
+
+/// The number that `call` raises in a shortage of memory that begins at each allocation in turn; `expected`,
+/// the one that it raises otherwise, may only give way to error 7.
+template <typename Call>
+void ExpectNumberOrErrorSeven(std::int32_t expected, Call call) {
+  for (const int count : {1, 1000}) {
+    bool isHit = true;
+    for (int first = 1; isHit; ++first) {
+      std::int32_t number = 0;
+      {
+        const test::MemoryShortage shortage(first, count);
+        number = RaisedNumber(call);
+        isHit = test::MemoryShortage::Hit();
+      }
+      EXPECT_TRUE(number == expected || (isHit && number == kOutOfMemory)) << number;
+    }
+  }
+}
+
+TEST_F(CMathUtilsTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
+  const Variant texts = BoundedArray<Text>(std::vector<Text>{u"1", u"2"});
+  const Variant words = BoundedArray<Text>(std::vector<Text>{u"no number", u"another word"});
+  const Variant limit = u"a limit that needs memory";
+  const BoundedArray<double> belowZero = Doubles({0, 1}, -1);
+  std::int32_t index = 0;
+  BoundedArray<double> target;
+  Text status;
+  ExpectNumberOrErrorSeven(eErrMathUtilInvalidArrayLimts, [&] { utils.ArrayLocate(belowZero, 1, index); });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] { utils.ArrayLocate({&kLargest, 1}, kLargest, index); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.CopyArray1D(target, texts); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.CopyArray1D(target, words); });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] { utils.CopyArray2D(target, texts); });
+  ExpectNumberOrErrorSeven(kOverflow, [&] { utils.DWordMake(70000, 0); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.NumbersAreEqual(limit, limit, 2); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.NumbersAreEqual(1, 2, kLeastInt32 / 10'000'000); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.ArraysAreEqual(texts, words, 1); });
+  ExpectNumberOrErrorSeven(
+      0, [&] { utils.ArrayIsMonotonic1D(texts, emsNegative, u"a name of length", &status); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.ArrayIsMonotonic1D(words, emsPositive, u"name"); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.IsInBounds(limit, u"name", status, evcNotEqual, limit); });
+  ExpectNumberOrErrorSeven(kTypeMismatch,
+                           [&] { utils.IsInBounds(texts, u"name", status, evcLessThan, limit); });
 }
 
 // --- Self-test -------------------------------------------------------------------------------------------

@@ -138,6 +138,23 @@ TEST_F(PosixFilesTest, LinksThatLeadNowhereAreErrors) {
   EXPECT_EQ(NamesIn(Folder()), (Names{"loop", "lost"}));
 }
 
+TEST_F(PosixFilesTest, AChainMayHaveAsManyLinksAsTheSystemFollows) {
+  constexpr int kMostLinks = 40;
+  WriteContent(At("0"), "old");
+  for (int link = 1; link <= kMostLinks + 1; ++link) Link(std::to_string(link - 1), std::to_string(link));
+  const Text longest = Below(std::to_string(kMostLinks));
+  const Text tooLong = Below(std::to_string(kMostLinks + 1));
+  files_.Replace(longest, "new");
+  EXPECT_EQ(ReadWholeFile(files_, longest), "new");
+  EXPECT_EQ(RaisedNumber([&] { files_.OpenForReading(tooLong); }), 52);
+  EXPECT_EQ(RaisedNumber([&] { files_.Replace(tooLong, "newer"); }), 52);
+  EXPECT_EQ(ContentOf(At("0")), "new");
+  std::filesystem::remove(At("0"));
+  EXPECT_EQ(RaisedNumber([&] { files_.Append(tooLong, "newer"); }), 52);
+  files_.Append(longest, "made");
+  EXPECT_EQ(ContentOf(At("0")), "made");
+}
+
 TEST_F(PosixFilesTest, AFileOfSeveralNamesKeepsThemAll) {
   WriteContent(At("a"), "a longer old content");
   std::filesystem::create_hard_link(At("a"), At("b"));
