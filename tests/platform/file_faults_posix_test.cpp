@@ -497,6 +497,23 @@ TEST(FileFaultsTest, NewContentIsOnTheDiskBeforeItTakesItsPlaceAndItsNameAfterwa
       << "the old file is closed last";
 }
 
+TEST(FileFaultsTest, NobodyElseMayReadNewContentBeforeItHasTheModeOfTheOld) {
+  class ModesOfNewFiles : public FileCalls {
+   public:
+    int Open(const char* path, int flags, mode_t mode) override {
+      if ((flags & O_CREAT) != 0) modes.push_back(mode);
+      return FileCalls::Open(path, flags, mode);
+    }
+    std::vector<mode_t> modes;
+  };
+  const Workplace place;
+  ModesOfNewFiles calls;
+  PosixFiles files(calls);
+  Replace(files, place);
+  Replace(files, place);
+  EXPECT_EQ(calls.modes, (std::vector<mode_t>{0666, 0600}));
+}
+
 TEST(FileFaultsTest, WhatIsWrittenInPlaceIsOnTheDiskBeforeItIsClosed) {
   const Workplace place;
   MakeFileOfTwoNames(place);

@@ -1,6 +1,7 @@
 #include "vorquill21/platform/files_posix.hpp"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -83,6 +84,38 @@ TEST_F(PosixFilesTest, ReplaceKeepsTheOwnerWhereItMay) {
   files_.Replace(Below("a"), "new");
   EXPECT_EQ(StatusOf(At("a")).st_uid, 12345u);
   EXPECT_EQ(StatusOf(At("a")).st_gid, 54321u);
+}
+
+/// Makes the process a member of one group alone, until destroyed.
+class MemberOf {
+ public:
+  explicit MemberOf(gid_t group) : oldGroups_(static_cast<std::size_t>(::getgroups(0, nullptr))) {
+    EXPECT_NE(::getgroups(static_cast<int>(oldGroups_.size()), oldGroups_.data()), -1);
+    EXPECT_EQ(::setgroups(1, &group), 0);
+  }
+  MemberOf(const MemberOf&) = delete;
+  MemberOf& operator=(const MemberOf&) = delete;
+  ~MemberOf() { EXPECT_EQ(::setgroups(oldGroups_.size(), oldGroups_.data()), 0); }
+
+ private:
+  std::vector<gid_t> oldGroups_;
+};
+
+TEST_F(PosixFilesTest, AFileOfSomebodyElseKeepsTheGroupOfThoseWhoShareIt) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs files of two users";
+  constexpr gid_t kSharedGroup = 54321;
+  WriteContent(At("a"), "old");
+  ASSERT_EQ(::chown(At("a").c_str(), 12345, kSharedGroup), 0);
+  ::chmod(At("a").c_str(), 0660);
+  {
+    const MemberOf group(kSharedGroup);
+    AsOrdinaryUser user;
+    files_.Replace(Below("a"), "new");
+  }
+  EXPECT_EQ(ContentOf(At("a")), "new");
+  EXPECT_EQ(StatusOf(At("a")).st_uid, 65534u);
+  EXPECT_EQ(StatusOf(At("a")).st_gid, kSharedGroup);
+  EXPECT_EQ(ModeOf(At("a")), 0660u);
 }
 
 TEST_F(PosixFilesTest, AFileOfSomebodyElseLosesItsOwnerButNeverKeepsTheSetUserBit) {
