@@ -86,6 +86,19 @@ TEST_F(PosixFilesTest, ReplaceKeepsTheOwnerWhereItMay) {
   EXPECT_EQ(StatusOf(At("a")).st_gid, 54321u);
 }
 
+TEST_F(PosixFilesTest, ReplaceKeepsTheSetUserBitOfAFileThatKeepsItsOwner) {
+  if (::geteuid() != 0) GTEST_SKIP() << "the system takes the bit off a file that others write to";
+  for (const mode_t mode : {04755u, 02755u, 06711u}) {
+    WriteContent(At("a"), "old");
+    ASSERT_EQ(::chown(At("a").c_str(), 12345, 54321), 0);
+    ASSERT_EQ(::chmod(At("a").c_str(), mode), 0);
+    files_.Replace(Below("a"), "new");
+    EXPECT_EQ(ContentOf(At("a")), "new");
+    EXPECT_EQ(ModeOf(At("a")), mode);
+    EXPECT_EQ(StatusOf(At("a")).st_uid, 12345u);
+  }
+}
+
 /// Makes the process a member of one group alone, until destroyed.
 class MemberOf {
  public:
