@@ -368,6 +368,31 @@ TEST(WindowsFileFaultsTest, AFileThatSomebodyElseMakesMeanwhileIsAppendedToAndNe
   }
 }
 
+/// Somebody else appends behind the half of the bytes that are written before the disk is full.
+class InterleavedCalls : public FileCalls {
+ public:
+  explicit InterleavedCalls(const test::FileFolder& folder) : folder_(folder) {}
+
+  bool WriteAtEnd(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count) override {
+    FileCalls::WriteAtEnd(file, bytes, size / 2, count);
+    std::ofstream(folder_.Path() / u"a.txt", std::ios::binary | std::ios::app) << "of the other";
+    SetLastError(ERROR_DISK_FULL);
+    return false;
+  }
+
+ private:
+  const test::FileFolder& folder_;
+};
+
+TEST(WindowsFileFaultsTest, WhatAnotherAppendsBehindAHalfAppendedLineIsNotCutOff) {
+  const test::FileFolder folder;
+  folder.Write(u"a.txt", kOld);
+  InterleavedCalls calls(folder);
+  EXPECT_THROW(WindowsFiles(calls).Append(folder.Below(u"a.txt"), kNew), LibraryError);
+  EXPECT_EQ(folder.Bytes(u"a.txt"),
+            std::string(kOld) + std::string(kNew.substr(0, kNew.size() / 2)) + "of the other");
+}
+
 /// A folder that takes no new file.
 class NoNewFiles : public FileCalls {
  public:

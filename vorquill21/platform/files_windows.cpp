@@ -179,19 +179,27 @@ bool OpenForAppending(FileCalls& calls, const std::wstring& path, OpenFile& file
   return false;
 }
 
+/// Brings a file back to the length that it had before `written` bytes, unless somebody else has written,
+/// too.
+void CutBack(FileCalls& calls, NativeHandle file, std::uint64_t oldLength, std::uint64_t written) {
+  const std::optional<FileTraits> now = calls.Traits(file);
+  if (now && now->length == oldLength + written) calls.SetLength(file, oldLength);
+}
+
 /// One write, unless `bytes` are more than the system takes at once.
 void AppendTo(FileCalls& calls, NativeHandle file, std::string_view bytes) {
-  const std::optional<FileTraits> traits = calls.Traits(file);
-  while (!bytes.empty()) {
-    const std::uint32_t size = TransferSize(bytes.size());
+  const std::optional<FileTraits> old = calls.Traits(file);
+  std::uint64_t written = 0;
+  while (written < bytes.size()) {
+    const std::string_view rest = bytes.substr(static_cast<std::size_t>(written));
     std::uint32_t count = 0;
-    const bool done = calls.WriteAtEnd(file, bytes.data(), size, count);
-    if (!done || count != size) {
+    const bool done = calls.WriteAtEnd(file, rest.data(), TransferSize(rest.size()), count);
+    written += count;
+    if (!done || count != TransferSize(rest.size())) {
       const RuntimeErrorNumber error = done ? kDeviceInputOutput : LastError(Subject::kFile);
-      if (traits) calls.SetLength(file, traits->length);
+      if (old) CutBack(calls, file, old->length, written);
       throw LibraryError(error);
     }
-    bytes.remove_prefix(size);
   }
 }
 
