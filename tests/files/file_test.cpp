@@ -106,6 +106,45 @@ TEST_F(CFileTest, NestedFoldersBelowAFileAreError76) {
   }
 }
 
+/// Remembers which folders it was to make.
+class RecordingFolders : public test::MemoryFiles {
+ public:
+  void MakeFolder(TextView path) override {
+    made.emplace_back(path);
+    MemoryFiles::MakeFolder(path);
+  }
+
+  std::vector<Text> made;
+};
+
+TEST(NestedFoldersTest, EachSeparatorAndTheEndOfThePathEndALevel) {
+  struct Row {
+    TextView path;
+    std::vector<Text> levels;
+  };
+  const Row rows[] = {
+      {u"", {u""}},
+      {u"a", {u"a"}},
+      {u"a\\b", {u"a", u"a\\b"}},
+      {u"\\a\\b\\", {u"", u"\\a", u"\\a\\b", u"\\a\\b\\"}},
+      {u"a\\\\b", {u"a", u"a\\", u"a\\\\b"}},
+      {u"\\\\a", {u"", u"\\", u"\\\\a"}},
+  };
+  for (const Row& row : rows) {
+    test::FakePlatform fake;
+    RecordingFolders files;
+    Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+    const CFile file(platform);
+    file.DirMakeNested(row.path);
+    EXPECT_EQ(files.made, row.levels);
+    const bool namesFolder = file.DirExists(row.path);
+    EXPECT_EQ(namesFolder, !row.path.empty());
+    files.made.clear();
+    file.DirMakeNested(row.path);
+    EXPECT_EQ(files.made, namesFolder ? std::vector<Text>() : row.levels) << "what exists is not made again";
+  }
+}
+
 // Existence of files.
 
 TEST_F(CFileTest, FileExistsOnlyWhenItIsAnOrdinaryFile) {
@@ -207,6 +246,40 @@ TEST_F(CFileTest, DeliberateReadingANameWithWildcardsFindsAFileButCannotOpenIt) 
   EXPECT_FALSE(file_.FileReadAsString(u"/library/*.txt", text, false));
   EXPECT_EQ(text, u"");
   EXPECT_EQ(Messages(), std::vector{ErrorMessage(ReadingError(u"/library/*.txt"))});
+}
+
+/// A code page in which a byte from 80 on takes the next byte with it; both are one unit.
+class TwoByteLocale : public test::ChosenLocale {
+ public:
+  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+      const auto lead = static_cast<unsigned char>(bytes[at]);
+      const std::size_t length = lead < 0x80 ? 1 : 2;
+      if (at + length > bytes.size()) break;
+      text += length == 1 ? char16_t{lead}
+                          : static_cast<char16_t>(lead << 8 | static_cast<unsigned char>(bytes[at + 1]));
+      at += length;
+    }
+    return at;
+  }
+};
+
+TEST_F(CFileTest, CharacterCutOffAtTheEndIsReadWithTheNulBehindTheFile) {
+  TwoByteLocale locale;
+  Platform platform(fake_.files, fake_.desktop, locale, fake_.process, fake_.settings);
+  const CFile file(platform);
+  const ReadCase cases[] = {{"ab\x81\x42\r\n", u"ab\u8142"},
+                            {"ab\x81\r\n", u"ab\u810D"},
+                            {"ab\x81\n", u"ab\u810A"},
+                            {"ab\x81", u"ab\u8100"},
+                            {"\x81", u"\u8100"}};
+  for (const ReadCase& row : cases) {
+    fake_.files.Replace(kPath, row.bytes);
+    Text text = u"before";
+    EXPECT_TRUE(file.FileReadAsString(kPath, text, false)) << ToUtf8(row.text);
+    EXPECT_EQ(text, row.text);
+  }
 }
 
 TEST_F(CFileTest, PathMayStandInTheTextThatIsRead) {

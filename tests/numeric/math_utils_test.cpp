@@ -10,6 +10,7 @@
 #include <random>
 #include <vector>
 
+#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 
@@ -633,6 +634,9 @@ TEST_F(IsInBoundsTest, TextsAreGreaterThanNumbersAndCompareByCode) {
   EXPECT_EQ(Status(u"abc", 1, 10), kUntouched);
   EXPECT_EQ(Status(u"abd", 1, u"abc"), kUntouched);
   EXPECT_EQ(Status(u"B", 1, u"a"), u"X must be greater than a");
+  EXPECT_EQ(Status(u"abc", 16, u"abc"), u"X must not equal abc");
+  EXPECT_EQ(Status(u"abc", 16, u"ABC"), kUntouched);
+  EXPECT_EQ(Status(u"abc", 16, u""), kUntouched);
 }
 
 TEST_F(IsInBoundsTest, DeliberateATextAsSecondLimitIsNotConverted) {
@@ -657,6 +661,51 @@ TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
     }
     EXPECT_EQ(Status(2, 1, 1, bad), kUntouched);
   }
+}
+
+// --- Memory ----------------------------------------------------------------------------------------------
+
+/// The number that `call` raises in a shortage of memory that begins at each allocation in turn; `expected`,
+/// the one that it raises otherwise, may only give way to error 7.
+template <typename Call>
+void ExpectNumberOrErrorSeven(std::int32_t expected, Call call) {
+  for (const int count : {1, 1000}) {
+    bool isHit = true;
+    for (int first = 1; isHit; ++first) {
+      std::int32_t number = 0;
+      {
+        const test::MemoryShortage shortage(first, count);
+        number = RaisedNumber(call);
+        isHit = test::MemoryShortage::Hit();
+      }
+      EXPECT_TRUE(number == expected || (isHit && number == kOutOfMemory)) << number;
+    }
+  }
+}
+
+TEST_F(CMathUtilsTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
+  const Variant texts = BoundedArray<Text>(std::vector<Text>{u"1", u"2"});
+  const Variant words = BoundedArray<Text>(std::vector<Text>{u"no number", u"another word"});
+  const Variant limit = u"a limit that needs memory";
+  const BoundedArray<double> belowZero = Doubles({0, 1}, -1);
+  std::int32_t index = 0;
+  BoundedArray<double> target;
+  Text status;
+  ExpectNumberOrErrorSeven(eErrMathUtilInvalidArrayLimts, [&] { utils.ArrayLocate(belowZero, 1, index); });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] { utils.ArrayLocate({&kLargest, 1}, kLargest, index); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.CopyArray1D(target, texts); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.CopyArray1D(target, words); });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] { utils.CopyArray2D(target, texts); });
+  ExpectNumberOrErrorSeven(kOverflow, [&] { utils.DWordMake(70000, 0); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.NumbersAreEqual(limit, limit, 2); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.NumbersAreEqual(1, 2, kLeastInt32 / 10'000'000); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.ArraysAreEqual(texts, words, 1); });
+  ExpectNumberOrErrorSeven(
+      0, [&] { utils.ArrayIsMonotonic1D(texts, emsNegative, u"a name of length", &status); });
+  ExpectNumberOrErrorSeven(kTypeMismatch, [&] { utils.ArrayIsMonotonic1D(words, emsPositive, u"name"); });
+  ExpectNumberOrErrorSeven(0, [&] { utils.IsInBounds(limit, u"name", status, evcNotEqual, limit); });
+  ExpectNumberOrErrorSeven(kTypeMismatch,
+                           [&] { utils.IsInBounds(texts, u"name", status, evcLessThan, limit); });
 }
 
 // --- Self-test -------------------------------------------------------------------------------------------
@@ -686,6 +735,55 @@ TEST_F(CMathUtilsTest, SelfTestNamesTheChecksThatFailAndHonoursADerivedClass) {
   RunSelfTest(WrongMathUtils(fake.platform), failedTests);
   EXPECT_EQ(failedTests,
             (FailedTests{u"SelfTest_IsInBounds", u"SelfTest_ArrayIsMonotonic", u"SelfTest_ArraysAreEqual"}));
+}
+
+/// Gets one answer wrong, the first being number 1.
+class MathUtilsWrongOnce : public CMathUtils {
+ public:
+  MathUtilsWrongOnce(Platform& platform, int answer) : CMathUtils(platform), answer_(answer) {}
+
+  bool ArraysAreEqual(const Variant& array1, const Variant& array2, std::int32_t order,
+                      std::int32_t decimalPlaces) const override {
+    return Answer(CMathUtils::ArraysAreEqual(array1, array2, order, decimalPlaces));
+  }
+  bool ArrayIsMonotonic1D(const Variant& array, EMonotonicScale scaleType, TextView name,
+                          Text* status) const override {
+    return Answer(CMathUtils::ArrayIsMonotonic1D(array, scaleType, name, status));
+  }
+  bool IsInBounds(const Variant& value, TextView name, Text& status, EBoundsChecks mode, const Variant& first,
+                  const Variant& second) const override {
+    return Answer(CMathUtils::IsInBounds(value, name, status, mode, first, second));
+  }
+
+  int Answers() const { return answers_; }
+
+ private:
+  bool Answer(bool right) const { return (++answers_ == answer_) != right; }
+
+  int answer_;
+  mutable int answers_ = 0;
+};
+
+TEST_F(CMathUtilsTest, EveryWrongAnswerFailsItsCheckOfTheSelfTestAndNoOther) {
+  struct Row {
+    TextView name;
+    int answers;
+  };
+  const Row rows[] = {
+      {u"SelfTest_IsInBounds", 16}, {u"SelfTest_ArrayIsMonotonic", 3}, {u"SelfTest_ArraysAreEqual", 6}};
+  int answer = 0;
+  for (const Row& row : rows) {
+    for (int i = 0; i < row.answers; ++i) {
+      FailedTests failedTests;
+      RunSelfTest(MathUtilsWrongOnce(fake.platform, ++answer), failedTests);
+      EXPECT_EQ(failedTests, FailedTests{Text(row.name)}) << answer;
+    }
+  }
+  const MathUtilsWrongOnce right(fake.platform, 0);
+  FailedTests failedTests;
+  RunSelfTest(right, failedTests);
+  EXPECT_EQ(failedTests, FailedTests{});
+  EXPECT_EQ(right.Answers(), answer);
 }
 
 }  // namespace

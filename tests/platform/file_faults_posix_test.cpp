@@ -438,6 +438,92 @@ TEST(FileFaultsTest, AShortAppendToAPipeIsAFaultOfTheDevice) {
   ::close(reader);
 }
 
+/// Remembers the calls that bring bytes and names onto the disk, in their order.
+class RecordingCalls : public FileCalls {
+ public:
+  ssize_t Write(int file, const char* bytes, std::size_t size) override {
+    Note("write", file);
+    return FileCalls::Write(file, bytes, size);
+  }
+  int SetLength(int file, off_t length) override {
+    Note("set the length of", file);
+    return FileCalls::SetLength(file, length);
+  }
+  int Reserve(int file, off_t length) override {
+    Note("have room for", file);
+    return FileCalls::Reserve(file, length);
+  }
+  int SetMode(int file, mode_t mode) override {
+    Note("set the mode of", file);
+    return FileCalls::SetMode(file, mode);
+  }
+  int Sync(int file) override {
+    Note("sync", file);
+    return FileCalls::Sync(file);
+  }
+  int Close(int file) override {
+    Note("close", file);
+    return FileCalls::Close(file);
+  }
+  int Rename(const char* from, const char* to) override {
+    notes += "rename; ";
+    return FileCalls::Rename(from, to);
+  }
+
+  std::string notes;
+
+ private:
+  void Note(const std::string& call, int file) {
+    struct stat status {};
+    FileCalls::Status(file, status);
+    const char* subject = S_ISDIR(status.st_mode) ? " folder; "
+                          : status.st_size > 0    ? " content; "
+                                                  : " empty; ";
+    notes += call + subject;
+  }
+};
+
+TEST(FileFaultsTest, NewContentIsOnTheDiskBeforeItTakesItsPlaceAndItsNameAfterwards) {
+  const Workplace place;
+  RecordingCalls calls;
+  PosixFiles files(calls);
+  Replace(files, place);
+  const std::string storing = "write empty; sync content; close content; rename; sync folder; close folder; ";
+  EXPECT_EQ(calls.notes, storing);
+
+  calls.notes.clear();
+  Replace(files, place);
+  EXPECT_EQ(calls.notes, "set the mode of empty; " + storing + "close content; ")
+      << "the old file is closed last";
+}
+
+TEST(FileFaultsTest, NobodyElseMayReadNewContentBeforeItHasTheModeOfTheOld) {
+  class ModesOfNewFiles : public FileCalls {
+   public:
+    int Open(const char* path, int flags, mode_t mode) override {
+      if ((flags & O_CREAT) != 0) modes.push_back(mode);
+      return FileCalls::Open(path, flags, mode);
+    }
+    std::vector<mode_t> modes;
+  };
+  const Workplace place;
+  ModesOfNewFiles calls;
+  PosixFiles files(calls);
+  Replace(files, place);
+  Replace(files, place);
+  EXPECT_EQ(calls.modes, (std::vector<mode_t>{0666, 0600}));
+}
+
+TEST(FileFaultsTest, WhatIsWrittenInPlaceIsOnTheDiskBeforeItIsClosed) {
+  const Workplace place;
+  MakeFileOfTwoNames(place);
+  RecordingCalls calls;
+  PosixFiles files(calls);
+  Replace(files, place);
+  EXPECT_EQ(calls.notes,
+            "have room for content; write content; set the length of content; sync content; close content; ");
+}
+
 TEST(FileFaultsTest, AWriteThatTakesNothingIsAFaultOfTheDevice) {
   class FullCalls : public FileCalls {
    public:

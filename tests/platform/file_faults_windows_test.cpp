@@ -231,6 +231,18 @@ TEST(WindowsFileFaultsTest, AppendingLeavesTheFileAsItWasOrWithAllBytes) {
   EXPECT_EQ(faults, 4 * static_cast<int>(std::size(kCodes)));
 }
 
+TEST(WindowsFileFaultsTest, AppendingToAMissingFileMakesItWithAllBytesOrNotAtAll) {
+  const int faults = ForEveryFault(
+      Subject::kFile, [](const test::FileFolder&) {},
+      [](WindowsFiles& files, const test::FileFolder& folder) { files.Append(folder.Below(u"a.txt"), kNew); },
+      [](const test::FileFolder& folder, const Outcome& outcome) {
+        EXPECT_EQ(folder.Names(), outcome.number == 0 ? std::vector<Text>{u"a.txt"} : std::vector<Text>());
+        EXPECT_EQ(folder.Bytes(u"a.txt"), outcome.number == 0 ? kNew : "");
+      });
+  // Open, look for a link, make, traits, write, close.
+  EXPECT_EQ(faults, 6 * static_cast<int>(std::size(kCodes)));
+}
+
 TEST(WindowsFileFaultsTest, AHalfAppendedLineIsCutOffAgain) {
   for (const DWORD code : {DWORD{ERROR_SUCCESS}, DWORD{ERROR_DISK_FULL}, DWORD{ERROR_IO_DEVICE}}) {
     const test::FileFolder folder;
@@ -316,6 +328,69 @@ TEST(WindowsFileFaultsTest, FoldersAreMadeAndRemovedOrAnErrorSaysWhyNot) {
       },
       [](const test::FileFolder&, const Outcome& outcome) { EXPECT_EQ(outcome.hit, outcome.number != 0); });
   EXPECT_EQ(faults, 2 * static_cast<int>(std::size(kCodes)));
+}
+
+/// Somebody else makes a file just before it is made.
+class OvertakenCalls : public FileCalls {
+ public:
+  explicit OvertakenCalls(const test::FileFolder& folder) : folder_(folder) {}
+
+  NativeHandle Open(const std::wstring& path, Opening opening) override {
+    if (opening == Opening::kForWritingWhenMade) folder_.Write(u"a.txt", kOld);
+    return FileCalls::Open(path, opening);
+  }
+  bool WriteAtEnd(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count) override {
+    if (!failsWrites) return FileCalls::WriteAtEnd(file, bytes, size, count);
+    SetLastError(ERROR_DISK_FULL);
+    return false;
+  }
+
+  bool failsWrites = false;
+
+ private:
+  const test::FileFolder& folder_;
+};
+
+TEST(WindowsFileFaultsTest, AFileThatSomebodyElseMakesMeanwhileIsAppendedToAndNeverRemoved) {
+  for (const bool failsWrites : {false, true}) {
+    const test::FileFolder folder;
+    OvertakenCalls calls(folder);
+    calls.failsWrites = failsWrites;
+    WindowsFiles files(calls);
+    std::int32_t number = 0;
+    try {
+      files.Append(folder.Below(u"a.txt"), kNew);
+    } catch (const LibraryError& error) {
+      number = error.Number();
+    }
+    EXPECT_EQ(number, failsWrites ? kDiskFull : 0);
+    EXPECT_EQ(folder.Bytes(u"a.txt"), std::string(kOld) + std::string(failsWrites ? "" : kNew));
+  }
+}
+
+/// Somebody else appends behind the half of the bytes that are written before the disk is full.
+class InterleavedCalls : public FileCalls {
+ public:
+  explicit InterleavedCalls(const test::FileFolder& folder) : folder_(folder) {}
+
+  bool WriteAtEnd(NativeHandle file, const char* bytes, std::uint32_t size, std::uint32_t& count) override {
+    FileCalls::WriteAtEnd(file, bytes, size / 2, count);
+    std::ofstream(folder_.Path() / u"a.txt", std::ios::binary | std::ios::app) << "of the other";
+    SetLastError(ERROR_DISK_FULL);
+    return false;
+  }
+
+ private:
+  const test::FileFolder& folder_;
+};
+
+TEST(WindowsFileFaultsTest, WhatAnotherAppendsBehindAHalfAppendedLineIsNotCutOff) {
+  const test::FileFolder folder;
+  folder.Write(u"a.txt", kOld);
+  InterleavedCalls calls(folder);
+  EXPECT_THROW(WindowsFiles(calls).Append(folder.Below(u"a.txt"), kNew), LibraryError);
+  EXPECT_EQ(folder.Bytes(u"a.txt"),
+            std::string(kOld) + std::string(kNew.substr(0, kNew.size() / 2)) + "of the other");
 }
 
 /// A folder that takes no new file.

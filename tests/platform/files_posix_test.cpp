@@ -1,6 +1,7 @@
 #include "vorquill21/platform/files_posix.hpp"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -85,6 +86,51 @@ TEST_F(PosixFilesTest, ReplaceKeepsTheOwnerWhereItMay) {
   EXPECT_EQ(StatusOf(At("a")).st_gid, 54321u);
 }
 
+TEST_F(PosixFilesTest, ReplaceKeepsTheSetUserBitOfAFileThatKeepsItsOwner) {
+  if (::geteuid() != 0) GTEST_SKIP() << "the system takes the bit off a file that others write to";
+  for (const mode_t mode : {04755u, 02755u, 06711u}) {
+    WriteContent(At("a"), "old");
+    ASSERT_EQ(::chown(At("a").c_str(), 12345, 54321), 0);
+    ASSERT_EQ(::chmod(At("a").c_str(), mode), 0);
+    files_.Replace(Below("a"), "new");
+    EXPECT_EQ(ContentOf(At("a")), "new");
+    EXPECT_EQ(ModeOf(At("a")), mode);
+    EXPECT_EQ(StatusOf(At("a")).st_uid, 12345u);
+  }
+}
+
+/// Makes the process a member of one group alone, until destroyed.
+class MemberOf {
+ public:
+  explicit MemberOf(gid_t group) : oldGroups_(static_cast<std::size_t>(::getgroups(0, nullptr))) {
+    EXPECT_NE(::getgroups(static_cast<int>(oldGroups_.size()), oldGroups_.data()), -1);
+    EXPECT_EQ(::setgroups(1, &group), 0);
+  }
+  MemberOf(const MemberOf&) = delete;
+  MemberOf& operator=(const MemberOf&) = delete;
+  ~MemberOf() { EXPECT_EQ(::setgroups(oldGroups_.size(), oldGroups_.data()), 0); }
+
+ private:
+  std::vector<gid_t> oldGroups_;
+};
+
+TEST_F(PosixFilesTest, AFileOfSomebodyElseKeepsTheGroupOfThoseWhoShareIt) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs files of two users";
+  constexpr gid_t kSharedGroup = 54321;
+  WriteContent(At("a"), "old");
+  ASSERT_EQ(::chown(At("a").c_str(), 12345, kSharedGroup), 0);
+  ::chmod(At("a").c_str(), 0660);
+  {
+    const MemberOf group(kSharedGroup);
+    AsOrdinaryUser user;
+    files_.Replace(Below("a"), "new");
+  }
+  EXPECT_EQ(ContentOf(At("a")), "new");
+  EXPECT_EQ(StatusOf(At("a")).st_uid, 65534u);
+  EXPECT_EQ(StatusOf(At("a")).st_gid, kSharedGroup);
+  EXPECT_EQ(ModeOf(At("a")), 0660u);
+}
+
 TEST_F(PosixFilesTest, AFileOfSomebodyElseLosesItsOwnerButNeverKeepsTheSetUserBit) {
   if (::geteuid() != 0) GTEST_SKIP() << "needs files of two users";
   WriteContent(At("a"), "old");
@@ -136,6 +182,23 @@ TEST_F(PosixFilesTest, LinksThatLeadNowhereAreErrors) {
   EXPECT_EQ(RaisedNumber([&] { files_.Append(Below("loop"), "x"); }), 52);
   EXPECT_EQ(RaisedNumber([&] { files_.OpenForReading(Below("loop")); }), 52);
   EXPECT_EQ(NamesIn(Folder()), (Names{"loop", "lost"}));
+}
+
+TEST_F(PosixFilesTest, AChainMayHaveAsManyLinksAsTheSystemFollows) {
+  constexpr int kMostLinks = 40;
+  WriteContent(At("0"), "old");
+  for (int link = 1; link <= kMostLinks + 1; ++link) Link(std::to_string(link - 1), std::to_string(link));
+  const Text longest = Below(std::to_string(kMostLinks));
+  const Text tooLong = Below(std::to_string(kMostLinks + 1));
+  files_.Replace(longest, "new");
+  EXPECT_EQ(ReadWholeFile(files_, longest), "new");
+  EXPECT_EQ(RaisedNumber([&] { files_.OpenForReading(tooLong); }), 52);
+  EXPECT_EQ(RaisedNumber([&] { files_.Replace(tooLong, "newer"); }), 52);
+  EXPECT_EQ(ContentOf(At("0")), "new");
+  std::filesystem::remove(At("0"));
+  EXPECT_EQ(RaisedNumber([&] { files_.Append(tooLong, "newer"); }), 52);
+  files_.Append(longest, "made");
+  EXPECT_EQ(ContentOf(At("0")), "made");
 }
 
 TEST_F(PosixFilesTest, AFileOfSeveralNamesKeepsThemAll) {

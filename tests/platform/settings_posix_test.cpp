@@ -5,11 +5,13 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "tests/platform/system_posix.hpp"
 #include "tests/support/faulty_platform.hpp"
 #include "tests/support/memory_files.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/small_disk_posix.hpp"
 #include "tests/support/temporary_folder.hpp"
 #include "vorquill21/platform/files_posix.hpp"
 
@@ -75,6 +77,31 @@ TEST_F(PosixSettingsTest, AConfigurationFolderThatIsAFileIsAnError) {
   EXPECT_EQ(Get(), u"default");
   EXPECT_NE(RaisedNumber([&] { Set(u"v"); }), 0);
   EXPECT_EQ(ContentOf(At("made")), "x");
+}
+
+TEST_F(PosixSettingsTest, AFullDiskKeepsTheStoreOnTheRealSystem) {
+  constexpr std::size_t kRoom = 256 * 1024;
+  const test::SmallDisk disk(folder_.Path().string(), kRoom);
+  if (!disk.IsMounted()) GTEST_SKIP() << "no disk could be mounted: " << disk.Reason();
+  EXPECT_EQ(RaisedNumber([&] { Set(Text(2 * kRoom, u'x')); }), kDiskFull);
+  EXPECT_EQ(Get(), u"default");
+  Set(u"precious");
+  EXPECT_EQ(RaisedNumber([&] { Set(Text(2 * kRoom, u'x')); }), kDiskFull);
+  EXPECT_EQ(Get(), u"precious");
+  EXPECT_EQ(test::NamesIn(At("made/when/needed")), std::vector<std::string>{"app.conf"});
+}
+
+TEST_F(PosixSettingsTest, AStoreBehindALinkStaysThereAndKeepsItsMode) {
+  WriteContent(At("real.conf"), "# by hand\n");
+  ::chmod(At("real.conf").c_str(), 0640);
+  std::filesystem::create_directories(At("made/when/needed"));
+  std::filesystem::create_symlink(At("real.conf"), At("made/when/needed/app.conf"));
+  Set(u"v");
+  EXPECT_TRUE(std::filesystem::is_symlink(At("made/when/needed/app.conf")));
+  EXPECT_EQ(ContentOf(At("real.conf")), "# by hand\n[S]\nk=v\n");
+  struct stat status {};
+  ASSERT_EQ(::stat(At("real.conf").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
 TEST(SettingsFaultsTest, AnyFaultOfTheFilesLeavesTheStoreAsItWas) {

@@ -407,6 +407,88 @@ TEST(CStringSelfTest, DeliberateTheCheckOfMidBracketedFailsUnderAnotherName) {
                          u"SelfTest_ReplaceMulti", u"SelfTest_SplitMulti", u"SelfTest_RTrimMulti"}));
 }
 
+/// Right answers but for one, which is wrong in one place: the text, an element or the number of elements.
+class WrongOnce {
+ public:
+  enum Fault { kElement, kCount };
+
+  WrongOnce(int call, Fault fault) : call_(call), fault_(fault) {}
+
+  Variant CommandLineArgumentsParse(bool isTestMode, TextView line) const {
+    return Spoilt(strings_.CommandLineArgumentsParse(isTestMode, line));
+  }
+  Variant SplitMulti(TextView text, TextView delimiter, bool treatMultipleAsOne) const {
+    return Spoilt(strings_.SplitMulti(text, delimiter, treatMultipleAsOne));
+  }
+  Text MidBracketed(TextView text, TextView open, TextView close) const {
+    return Spoilt(strings_.MidBracketed(text, open, close));
+  }
+  Text ReplaceMulti(TextView original, TextView find, TextView replacement) const {
+    return Spoilt(strings_.ReplaceMulti(original, find, replacement));
+  }
+  Text RTrimMulti(TextView original, const BoundedArray<Variant>& characters) const {
+    return Spoilt(strings_.RTrimMulti(original, characters));
+  }
+
+  int Calls() const { return calls_; }
+
+ private:
+  bool IsTheOne() const { return ++calls_ == call_; }
+
+  Text Spoilt(Text text) const { return IsTheOne() ? text + u"x" : text; }
+
+  Variant Spoilt(const Variant& list) const {
+    if (!IsTheOne()) return list;
+    std::vector<Variant> elements;
+    const std::int32_t upper = ArrayBounds(list).upper;
+    for (std::int32_t i = 0; i <= upper; ++i) elements.push_back(ArrayElement(list, i));
+    if (fault_ == kCount) {
+      elements.push_back(Variant());
+    } else {
+      for (Variant& element : elements) element = u"wrong";
+    }
+    return Variants(std::move(elements));
+  }
+
+  test::FakePlatform fake_;
+  CString strings_{fake_.platform};
+  int call_;
+  Fault fault_;
+  mutable int calls_ = 0;
+};
+
+TEST(CStringSelfTest, EveryWrongAnswerFailsItsCheckAndNoOther) {
+  struct Row {
+    TextView name;
+    int calls;
+    bool looksAtElements;
+    bool looksAtCount;  // of lists
+  };
+  const Row rows[] = {{u"SelfTest_CommandLineArgumentsParse", 1, false, true},
+                      {u"SelfTest_CommandLineArgumentsParse", 2, true, false},
+                      {u"SelfTest_CommandLineArgumentsParse", 2, true, true},
+                      {u"SelfTest_ReplaceMulti", 4, true, true},
+                      {u"SelfTest_SplitMulti", 4, true, true},
+                      {u"SelfTest_RTrimMulti", 5, true, true}};
+  int call = 0;
+  for (const Row& row : rows) {
+    for (int i = 0; i < row.calls; ++i) {
+      ++call;
+      for (const WrongOnce::Fault fault : {WrongOnce::kElement, WrongOnce::kCount}) {
+        const bool isNoticed = fault == WrongOnce::kElement ? row.looksAtElements : row.looksAtCount;
+        FailedTests failedTests;
+        RunStringChecks(WrongOnce(call, fault), failedTests);
+        EXPECT_EQ(failedTests, isNoticed ? FailedTests{Text(row.name)} : FailedTests()) << call << fault;
+      }
+    }
+  }
+  const WrongOnce right(0, WrongOnce::kElement);
+  FailedTests failedTests;
+  RunStringChecks(right, failedTests);
+  EXPECT_EQ(failedTests, FailedTests());
+  EXPECT_EQ(right.Calls(), call);
+}
+
 TEST(CStringSelfTest, ACheckThatRaisesFails) {
   struct RaisingStrings : CString {
     using CString::CString;

@@ -10,6 +10,8 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/filestream/memory_shortage.hpp"
+
 namespace vorquill21 {
 namespace {
 
@@ -82,6 +84,25 @@ TEST(LibraryErrorTest, CopyingNeverThrows) {
   }
   EXPECT_EQ(copy.Number(), 1);
   EXPECT_STREQ(copy.what(), "description");
+}
+
+TEST(LibraryErrorTest, WithoutMemoryForSayingSoEveryErrorOfTheRuntimeIsErrorSeven) {
+  for (const auto& [number, description] : kRuntimeErrors) {
+    bool isHit = true;
+    for (int first = 1; isHit; ++first) {
+      std::int32_t raised = 0;
+      {
+        const test::MemoryShortage shortage(first, 1000);
+        try {
+          Raise(static_cast<RuntimeErrorNumber>(number));
+        } catch (const LibraryError& error) {
+          raised = error.Number();
+        }
+        isHit = test::MemoryShortage::Hit();
+      }
+      EXPECT_EQ(raised, isHit ? kOutOfMemory : number);
+    }
+  }
 }
 
 TEST(LibraryErrorTest, AnErrorThatWasMovedFromIsStillWhole) {

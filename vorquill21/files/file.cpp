@@ -12,12 +12,13 @@
 namespace vorquill21 {
 namespace {
 
-/// Runs `operation` and tells whether it succeeded; if not, and not silent, the user is told, too.
+/// Runs `operation` and tells whether it succeeded; if not, and not silent, the user is told, too, as far as
+/// there is memory left for that.
 template <typename Operation>
 bool SucceedsOrReports(const Platform& platform, TextView sentence, TextView subject, bool isSilent,
                        Operation operation) {
   const bool succeeded = Succeeds(operation);
-  if (!succeeded && !isSilent) platform.ShowError(Text(sentence).append(subject));
+  if (!succeeded && !isSilent) Succeeds([&] { platform.ShowError(Text(sentence).append(subject)); });
   return succeeded;
 }
 
@@ -98,7 +99,7 @@ void CFile::DirMakeNested(TextView asPath) const {
       TranslatingMemoryErrors([&] { platform_.GetFiles().MakeFolder(asPath.substr(0, levelEnd)); });
     } catch (const LibraryError& error) {
       if (error.Number() != kPathFileAccess) {
-        throw LibraryError(error.Number(), Text(), Text(RuntimeErrorDescription(error.Number())));
+        throw LibraryError(static_cast<RuntimeErrorNumber>(error.Number()));
       }
     }
   }
@@ -112,11 +113,17 @@ bool CFile::FileExists(TextView asFileName) const {
 }
 
 bool CFile::FileReadAsString(TextView asFilePath, Text& asFileString, bool abSilent) const {
-  const Text filePath(asFilePath);  // the caller's path may be a view of the text that is cleared now
+  constexpr TextView kSentence = u"An error occurred while reading file: ";
+  Text filePath;  // the caller's path may be a view of the text that is cleared now
+  const bool isKept =
+      SucceedsOrReports(platform_, kSentence, asFilePath, abSilent, [&] { filePath = asFilePath; });
   asFileString.clear();
-  if (!FileExists(filePath)) return false;
-  return SucceedsOrReports(platform_, u"An error occurred while reading file: ", filePath, abSilent, [&] {
-    Text content = FromCodePage(platform_.GetLocale(), ReadWholeFile(platform_.GetFiles(), filePath));
+  if (!isKept || !FileExists(filePath)) return false;
+  return SucceedsOrReports(platform_, kSentence, filePath, abSilent, [&] {
+    std::string bytes = ReadWholeFile(platform_.GetFiles(), filePath);
+    bytes += '\0';
+    Text content = FromCodePage(platform_.GetLocale(), bytes);
+    RemoveLast(u'\0', content);
     RemoveLast(u'\n', content);
     RemoveLast(u'\r', content);
     asFileString = std::move(content);

@@ -63,7 +63,8 @@ class VORQUILL21_API CFile {
   /// `asFileString` is emptied first and receives the text on success only. A file that FileExists does not
   /// find (a hidden one, too) gives False and no message. Any other failure gives False and, when not silent,
   /// "An error occurred while reading file: " and the path. An empty file fails in this way, and so does one
-  /// that holds nothing but a line feed; one that holds CR LF or a lone CR reads as the empty text.
+  /// that holds nothing but a line feed; one that holds CR LF or a lone CR reads as the empty text. A
+  /// character of several bytes that the file's end cuts off is converted with a NUL behind it.
   bool FileReadAsString(TextView asFilePath, Text& asFileString, bool abSilent = true) const;
 
   /// Makes the text, followed by CR LF, the content of the file, creating or replacing it (see

@@ -61,8 +61,10 @@ bool ForAllIndices(const Variant& array, const Visit& visit, Index... outer) {
   std::int32_t low = nodes.LowerBound();
   std::int32_t high = nodes.UpperBound();
   if (low < 0 || high < 0) {
-    throw LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
-                       u"One or more array bounds are below 0");
+    throw TranslatingMemoryErrors([] {
+      return LibraryError(eErrMathUtilInvalidArrayLimts, Text(kLibraryTitle) + u"MathUtils.ArrayLocate",
+                          u"One or more array bounds are below 0");
+    });
   }
   const bool ascending = IsAscendingAround(nodes.Elements(), x);
   const bool found = ascending || IsDescendingAround(nodes.Elements(), x);

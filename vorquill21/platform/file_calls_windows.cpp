@@ -33,6 +33,17 @@ bool Succeeded(DWORD error) {
   return error == ERROR_SUCCESS;
 }
 
+DWORD DispositionOf(FileCalls::Opening opening) {
+  switch (opening) {
+    case FileCalls::Opening::kForWritingOrMade:
+      return OPEN_ALWAYS;
+    case FileCalls::Opening::kForWritingWhenMade:
+      return CREATE_NEW;
+    default:
+      return OPEN_EXISTING;
+  }
+}
+
 bool KnowsPermissions(HANDLE file) {
   DWORD flags = 0;
   return GetVolumeInformationByHandleW(file, nullptr, 0, nullptr, nullptr, &flags, nullptr, 0) != 0 &&
@@ -57,9 +68,9 @@ void Describe(const WIN32_FIND_DATAW& data, FoundName& found) {
 NativeHandle FileCalls::Open(const std::wstring& path, Opening opening) {
   const bool reading = opening == Opening::kForReading;
   const DWORD access = reading ? kReadingAccess : kWritingAccess;
-  const DWORD whenMissing = opening == Opening::kForWritingOrMade ? OPEN_ALWAYS : OPEN_EXISTING;
   const DWORD flags = reading ? FILE_FLAG_SEQUENTIAL_SCAN : FILE_ATTRIBUTE_NORMAL;
-  return NullWhenInvalid(CreateFileW(path.c_str(), access, kShareAll, nullptr, whenMissing, flags, nullptr));
+  return NullWhenInvalid(
+      CreateFileW(path.c_str(), access, kShareAll, nullptr, DispositionOf(opening), flags, nullptr));
 }
 
 NativeHandle FileCalls::Make(const std::wstring& path, std::uint32_t attributes) {

@@ -30,8 +30,9 @@ class FileCalls {
  public:
   virtual ~FileCalls() = default;
 
-  /// How a file is opened: it may be missing only when it is made.
-  enum class Opening { kForReading, kForWriting, kForWritingOrMade };
+  /// How a file is opened: it may be missing only when it is made, and then has to be missing for
+  /// kForWritingWhenMade.
+  enum class Opening { kForReading, kForWriting, kForWritingOrMade, kForWritingWhenMade };
 
   virtual NativeHandle Open(const std::wstring& path, Opening opening);
   /// Makes a file that must not exist, with attributes as another file has them, for writing.

@@ -66,7 +66,7 @@ class VORQUILL21_API Files {
   virtual void Replace(TextView path, std::string_view bytes) = 0;
 
   /// Adds `bytes` to the end of the file, creating it when it is missing, with a single write. When not all
-  /// of it could be written the file is cut back to the length it had.
+  /// of it could be written the file is cut back to the length it had, and removed if it was missing.
   virtual void Append(TextView path, std::string_view bytes) = 0;
 
   /// Deletes the ordinary files that `pattern` names: 53 when there is none.

@@ -168,6 +168,41 @@ bool Prepare(Replacement& replacement, FileCalls& calls, TextView path) {
   return target && replacement.MakeBeside(*target, traits->attributes) && replacement.TakePermissionsOf(old);
 }
 
+/// Opens a file for appending, or makes it when it is missing; true when it is this call's own.
+bool OpenForAppending(FileCalls& calls, const std::wstring& path, OpenFile& file) {
+  if (file.Hold(calls.Open(path, FileCalls::Opening::kForWriting))) return false;
+  const RuntimeErrorNumber error = LastError(Subject::kFile);
+  if (error != kFileNotFound) throw LibraryError(error);
+  const bool isLinkToNothing = calls.IsThere(path);
+  if (!isLinkToNothing && file.Hold(calls.Open(path, FileCalls::Opening::kForWritingWhenMade))) return true;
+  file.HoldOrRaise(calls.Open(path, FileCalls::Opening::kForWritingOrMade), Subject::kNewFile);
+  return false;
+}
+
+/// Brings a file back to the length that it had before `written` bytes, unless somebody else has written,
+/// too.
+void CutBack(FileCalls& calls, NativeHandle file, std::uint64_t oldLength, std::uint64_t written) {
+  const std::optional<FileTraits> now = calls.Traits(file);
+  if (now && now->length == oldLength + written) calls.SetLength(file, oldLength);
+}
+
+/// One write, unless `bytes` are more than the system takes at once.
+void AppendTo(FileCalls& calls, NativeHandle file, std::string_view bytes) {
+  const std::optional<FileTraits> old = calls.Traits(file);
+  std::uint64_t written = 0;
+  while (written < bytes.size()) {
+    const std::string_view rest = bytes.substr(static_cast<std::size_t>(written));
+    std::uint32_t count = 0;
+    const bool done = calls.WriteAtEnd(file, rest.data(), TransferSize(rest.size()), count);
+    written += count;
+    if (!done || count != TransferSize(rest.size())) {
+      const RuntimeErrorNumber error = done ? kDeviceInputOutput : LastError(Subject::kFile);
+      if (old) CutBack(calls, file, old->length, written);
+      throw LibraryError(error);
+    }
+  }
+}
+
 /// Why a file could not be opened for reading. Some file systems tell a missing folder like a missing file.
 RuntimeErrorNumber ReasonNotOpened(FileCalls& calls, TextView path) {
   const RuntimeErrorNumber error = LastError(Subject::kFile);
@@ -285,21 +320,17 @@ void WindowsFiles::Replace(TextView path, std::string_view bytes) {
 }
 
 void WindowsFiles::Append(TextView path, std::string_view bytes) {
+  const std::wstring systemPath = SystemPath(path);
   OpenFile file(calls_);
-  file.HoldOrRaise(calls_.Open(SystemPath(path), FileCalls::Opening::kForWritingOrMade), Subject::kNewFile);
-  const std::optional<FileTraits> traits = calls_.Traits(file.Handle());
-  while (!bytes.empty()) {
-    const std::uint32_t size = TransferSize(bytes.size());
-    std::uint32_t count = 0;
-    const bool done = calls_.WriteAtEnd(file.Handle(), bytes.data(), size, count);
-    if (!done || count != size) {
-      const RuntimeErrorNumber error = done ? kDeviceInputOutput : LastError(Subject::kFile);
-      if (traits) calls_.SetLength(file.Handle(), traits->length);
-      throw LibraryError(error);
-    }
-    bytes.remove_prefix(size);
+  const bool isMade = OpenForAppending(calls_, systemPath, file);
+  try {
+    AppendTo(calls_, file.Handle(), bytes);
+    file.Close();
+  } catch (const LibraryError&) {
+    file.Discard();
+    if (isMade) calls_.Delete(systemPath);
+    throw;
   }
-  file.Close();
 }
 
 void WindowsFiles::Delete(TextView pattern) {

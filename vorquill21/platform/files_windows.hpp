@@ -11,6 +11,9 @@ namespace vorquill21 {
 /// disk, what has several names, what others hold open so that it cannot be renamed over, and what lies in a
 /// folder that takes no new files: room is then reserved before the old content is touched, so that a full
 /// disk leaves it whole.
+///
+/// An Append that fails leaves the file with the length that it had, and a file that was missing stays
+/// missing; only when closing an existing file is what fails, the bytes may be there.
 class WindowsFiles : public Files {
  public:
   explicit WindowsFiles(FileCalls& calls) : calls_(calls) {}

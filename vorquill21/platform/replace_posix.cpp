@@ -151,7 +151,7 @@ void WriteInPlace(FileCalls& calls, OpenFile& file, const struct stat& status, s
 std::string FollowLinks(FileCalls& calls, std::string path) {
   constexpr int kMostLinks = 40;
   std::array<char, 4096> buffer;
-  for (int links = 0; links < kMostLinks; ++links) {
+  for (int links = 0; links <= kMostLinks; ++links) {
     const ssize_t size = calls.ReadLink(path.c_str(), buffer.data(), buffer.size());
     if (size == -1) {
       // What is there is no link, or nothing is there; whatever else may be wrong shows on opening.

@@ -21,8 +21,9 @@ LibraryError::LibraryError(std::int32_t number, Text source, Text description) {
 LibraryError::LibraryError(RuntimeErrorNumber number) {
   // When memory has run out there may be none left for saying so.
   static const LibraryError outOfMemory(kOutOfMemory, Text(), Text(RuntimeErrorDescription(kOutOfMemory)));
-  *this = number == kOutOfMemory ? outOfMemory
-                                 : LibraryError(number, Text(), Text(RuntimeErrorDescription(number)));
+  *this = number == kOutOfMemory ? outOfMemory : TranslatingMemoryErrors([number] {
+    return LibraryError(number, Text(), Text(RuntimeErrorDescription(number)));
+  });
 }
 
 namespace {
