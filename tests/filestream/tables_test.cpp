@@ -219,15 +219,6 @@ TEST_P(CFileStreamTablesTest, TableThatCannotBeReadIsReportedAndEmpty) {
   }
 }
 
-TEST_P(CFileStreamTablesTest, RaggedTextTakesNoMemoryForTheCellsThatItLacks) {
-  const Text wideRow = Text(500'000, u'\t') + u"1";
-  Text record = Text(u"\t\r\n") + wideRow;
-  for (int row = 0; row < 500'000; ++row) record += u"\r1";
-  SetTable(record);
-  EXPECT_TRUE(stream.GetTable2d(u"T").IsEmpty());
-  ExpectMessages({u"An error occurred while getting table: T"});
-}
-
 TEST_P(CFileStreamTablesTest, TableOfAnotherSeparatorIsConverted) {
   for (const TextView separator : {u".", u",", u";"}) {
     CFileStream fresh(fake.platform);
