@@ -228,6 +228,26 @@ TEST_P(CFileStreamTablesTest, TableOfAnotherSeparatorIsConverted) {
   }
 }
 
+TEST_P(CFileStreamTablesTest, SeparatorIsLookedUpWhenTheFirstCellIsReadAndNotForATableWithoutOne) {
+  const struct {
+    TextView table;
+    double expected;
+  } rows[] = {
+      {u"\t\r\n1\t2\t3\r\n4\r\n", 1.5},                    // refused at its second row
+      {u"\t\r\n1\t2\t3\t4\t5\r\r\r\r\r\r\r\r\r\r6", 1.5},  // refused before there is memory for its cells
+      {u"\tx\r\r\n1", 0.0},
+      {u"\t1\t2\r\n", 0.0},
+  };
+  for (const auto& row : rows) {
+    CFileStream fresh(fake.platform);
+    fresh.SetContents(Text(u"[DEC SEP]\t;\r\n[T]").append(row.table));
+    EXPECT_TRUE(fresh.GetTable2d(u"T").IsEmpty());
+    fresh.SetContents(u"[DEC SEP]\t:\r\n[A]\t1;5\r\n");
+    EXPECT_EQ(fresh.GetFieldNumber(u"A"), Variant(row.expected)) << ToUtf8(row.table);
+    ExpectMessages({u"An error occurred while getting table: T"});
+  }
+}
+
 // --- Three-dimensional tables ----------------------------------------------------------------------------
 
 /// Rows 0 and 1, columns 0 and 1, pages 0 to 2; each cell tells its place.
