@@ -132,6 +132,35 @@ void TransformOfEigen(benchmark::State& state) {
 }
 BENCHMARK(TransformOfEigen)->Name("TransformPoint/eigen");
 
+/// Each turn begins with what the one before has left, so that what counts is how long one takes, not how
+/// many are under way at once.
+void RepeatedTransformOfOurs(benchmark::State& state) {
+  const CGeometry geometry;
+  BoundedArray<double> matrix;
+  geometry.BuildTransformationMatrix(10, 20, 30, matrix);
+  Triple point{1.0, 0.5, 0.25};
+  for (auto _ : state) {
+    for (std::size_t i = 0; i < kCount; ++i) {
+      geometry.TransformPoint(point.x, point.y, point.z, matrix, point.x, point.y, point.z);
+    }
+    benchmark::DoNotOptimize(point);
+  }
+  Report(state);
+}
+BENCHMARK(RepeatedTransformOfOurs)->Name("TransformPoint again and again/ours");
+
+void RepeatedTransformOfEigen(benchmark::State& state) {
+  Eigen::Matrix3d matrix = Eigen::AngleAxisd(0.3, Eigen::Vector3d(1, 2, 3).normalized()).toRotationMatrix();
+  benchmark::DoNotOptimize(matrix.data());
+  Eigen::Vector3d point(1.0, 0.5, 0.25);
+  for (auto _ : state) {
+    for (std::size_t i = 0; i < kCount; ++i) point = matrix * point;
+    benchmark::DoNotOptimize(point);
+  }
+  Report(state);
+}
+BENCHMARK(RepeatedTransformOfEigen)->Name("TransformPoint again and again/eigen");
+
 // --- Products --------------------------------------------------------------------------------------------
 
 void ReportProduct(benchmark::State& state) {

@@ -12,9 +12,10 @@
 namespace vorquill21 {
 namespace {
 
-/// A table of `count` nodes, and random places within it.
+/// A table of `count` nodes, and random places within it: more of them than the processor's prediction of
+/// jumps can learn by heart.
 struct Table {
-  explicit Table(std::size_t count) : x(count), y(count), queries(4096) {
+  explicit Table(std::size_t count) : x(count), y(count), queries(std::size_t{1} << 16) {
     std::mt19937_64 random(7);
     std::uniform_real_distribution<double> step(0.5, 1.5);
     double next = 0.0;

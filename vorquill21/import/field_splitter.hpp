@@ -1,14 +1,15 @@
 #pragma once
 
 #include <algorithm>
-#include <cmath>
+#include <concepts>
 #include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 
-#include "vorquill21/frame/types/number_text.hpp"
+#include "vorquill21/import/field_value.hpp"
+#include "vorquill21/import/row_reader.hpp"
 
 namespace vorquill21 {
 
@@ -43,48 +44,31 @@ class FieldSplitter {
     return true;
   }
 
-  /// The same for a line that begins where `text` does, wherever it ends. A number ends where its field does,
-  /// so that the row is gone through once. The result is the end of the last field; it is null when the row
-  /// cannot be told from `text`: that or the line ends before, or the delimiter is not a single character
-  /// that neither numbers nor line ends hold.
-  const CharType* GetRowAtFront(View text, std::span<double> row) const {
-    if (!onlySeparates_) return nullptr;
-    const CharType delimiter = delimiter_[0];
-    const CharType* next = text.data();
-    const CharType* const end = next + text.size();
-    for (double& value : row) {
-      while (next != end && *next == delimiter) ++next;
-      const ParsedNumber<CharType> parsed = ParseNumber(next, end, kPoint);
-      const CharType* fieldEnd = parsed.end;
-      while (fieldEnd != end && !EndsField(*fieldEnd, delimiter)) ++fieldEnd;
-      if (fieldEnd == end || fieldEnd == next) return nullptr;
-      const bool isPlain = fieldEnd == parsed.end && std::isfinite(parsed.value);
-      value = isPlain ? parsed.value : FieldValue(View(next, static_cast<std::size_t>(fieldEnd - next)));
-      next = fieldEnd;
+  /// Rows at the front of a text.
+  struct Rows {
+    std::size_t count;
+    const char* end;  ///< where the line after them begins
+  };
+
+  /// Reads the rows of `columnCount` values at the front of `text`, one behind the other into `values`: as
+  /// many as that has room for and RowReader can read, none when the delimiter is not what that needs.
+  Rows GetRowsAtFront(std::string_view text, std::size_t columnCount,
+                      std::span<double> values) const requires std::same_as<CharType, char> {
+    Rows rows{0, text.data()};
+    if (!onlySeparates_) return rows;
+    RowReader reader(text, delimiter_[0]);
+    while (values.size() >= columnCount && reader.ReadRow(values.first(columnCount))) {
+      values = values.subspan(columnCount);
+      ++rows.count;
     }
-    return next;
+    rows.end = reader.RowsEnd();
+    return rows;
   }
 
  private:
-  static constexpr CharType kColon = ':';
-  static constexpr CharType kPoint = '.';
-
   static bool IsPartOfNumberOrLineEnd(CharType character) {
     constexpr std::string_view kCharacters = "+-.0123456789DEde\r\n";
     return std::ranges::find(kCharacters, character) != kCharacters.end();
-  }
-
-  static bool EndsField(CharType character, CharType delimiter) {
-    return character == delimiter || character == '\r' || character == '\n';
-  }
-
-  /// Every ":" counts as ".", and then the number counts that the field begins with. Error 6 when it is too
-  /// large.
-  static double FieldValue(View field) {
-    if (field.find(kColon) == View::npos) return LeadingNumber(field);
-    std::basic_string<CharType> replaced(field);
-    std::ranges::replace(replaced, kColon, kPoint);
-    return LeadingNumber(View(replaced));
   }
 
   std::basic_string<CharType> delimiter_;

@@ -28,7 +28,7 @@ class ByteLines {
 
   /// See LineReader.
   std::string_view Held() const { return reader_.Held(); }
-  void SkipLineFrom(const char* position) { reader_.SkipLineFrom(position); }
+  void SkipLinesTo(const char* position) { reader_.SkipLinesTo(position); }
 
   std::uint64_t BytesPassed() const { return reader_.BytesPassed(); }
   std::uint64_t Length() const { return reader_.Length(); }
@@ -51,10 +51,6 @@ class TextLines {
   bool AtEnd() { return reader_.AtEnd(); }
   TextView NextLine() { return line_ = FromCodePage(locale_, reader_.NextLine()); }
   void SkipLine() { reader_.SkipLine(); }
-
-  /// Nothing: there is no text but that of a whole line.
-  TextView Held() const { return {}; }
-  void SkipLineFrom(const char16_t*) {}
 
   std::uint64_t BytesPassed() const { return reader_.BytesPassed(); }
   std::uint64_t Length() const { return reader_.Length(); }

@@ -71,11 +71,6 @@ std::string_view LineReader::NextLine() {
 
 void LineReader::SkipLine() {
   RequireLine();
-  SkipLineFrom(next_);
-}
-
-void LineReader::SkipLineFrom(const char* position) {
-  next_ = position;
   for (;;) {
     const char* lineEnd = FindLineEnd(next_, filled_);
     next_ = lineEnd;

@@ -30,9 +30,9 @@ class LineReader {
   /// What is held of the lines to come, when not AtEnd: the beginning of the next one at least.
   std::string_view Held() const noexcept { return {next_, static_cast<std::size_t>(filled_ - next_)}; }
 
-  /// Passes over the rest of the next line, of which all up to `position` in Held() is done with; a character
-  /// of the line, or its end, stands there.
-  void SkipLineFrom(const char* position);
+  /// Passes over what lies before `position` in Held(): whole lines, the last of which does not end with a CR
+  /// that is the last character of Held().
+  void SkipLinesTo(const char* position) noexcept { next_ = position; }
 
   /// Number of bytes in the lines so far, their ends among them.
   std::uint64_t BytesPassed() const noexcept {

@@ -1,6 +1,7 @@
 #include "vorquill21/interpolate/interpolate.hpp"
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <span>
 #include <typeinfo>
@@ -39,10 +40,11 @@ std::int32_t Before(std::int32_t index) {
   return CheckedSum(CheckedProduct(slope, CheckedDifference(x, x1)), y1);
 }
 
-/// The line through two points at `x`; not finite where there is a fault.
+/// The line through two points at `x`; not finite where there is a fault. (A zero dx makes the slope infinite
+/// or NaN, and neither product nor sum turns that into a number again.)
 double PlainLine(double x1, double x2, double y1, double y2, double x) {
   const double dx = x2 - x1;
-  if (dx == 0.0 || std::isinf(dx)) return kNone;
+  if (std::isinf(dx)) return kNone;
   return ((y2 - y1) / dx) * (x - x1) + y1;
 }
 
@@ -80,21 +82,26 @@ bool IsOwn(const CMathUtils* utils) {
   return utils != nullptr && &typeid(*utils) == &typeid(CMathUtils);
 }
 
-/// The line at `x` for a place within a table that the library's own search finds; NaN for any other place,
-/// and where a fault is to be raised.
-inline double ValueWithin(ArrayView<const double> xs, ArrayView<const double> ys, double x) {
-  const std::int32_t first = xs.LowerBound();
-  if (!AllowBisection({first, xs.UpperBound()})) return kNone;
+/// The line at `x` for a place within a table that the library's own search finds, in arrays of the same
+/// bounds; NaN for any other place or arrays, and where a fault is to be raised.
+double ValueWithin(ArrayView<const double> xs, ArrayView<const double> ys, double x) {
+  const Bounds bounds = xs.BoundsOrNone();
+  if (bounds != ys.BoundsOrNone() || !AllowBisection(bounds)) return kNone;
   const std::span<const double> nodes = xs.Elements();
   const bool ascending = IsAscendingAround(nodes, x);
   if (!ascending && !IsDescendingAround(nodes, x)) return kNone;
 
-  const std::int32_t interval = FindInterval(nodes, x, ascending);
-  const std::int32_t index = first + interval;
-  if (index < ys.LowerBound() || index >= ys.UpperBound()) return kNone;
-  const double* const node = &nodes[static_cast<std::size_t>(interval)];
-  const double* const value = &ys(index);
+  const std::size_t interval = FindInterval(nodes, x, ascending);
+  const double* const node = nodes.data() + interval;
+  const double* const value = ys.Elements().data() + interval;
   return PlainLine(node[0], node[1], value[0], value[1], x);
+}
+
+/// A function of its own, so that the way to it costs those that do not take it nothing.
+[[gnu::noinline]] double InterpolateBetweenEnds(const CInterpolate& interpolate,
+                                                EOutOfBoundsBehaviour behaviour, ArrayView<const double> xs,
+                                                ArrayView<const double> ys, double x) {
+  return interpolate.OneDLinearInterpolateWithBounds(behaviour, xs, ys, x, xs.LowerBound(), xs.UpperBound());
 }
 
 }  // namespace
@@ -108,8 +115,7 @@ double CInterpolate::OneDLinearInterpolate(EOutOfBoundsBehaviour aeOutOfBoundsBe
     const double value = ValueWithin(arXVals, arYVals, arX);
     if (std::isfinite(value)) return value;
   }
-  return OneDLinearInterpolateWithBounds(aeOutOfBoundsBehaviour, arXVals, arYVals, arX, arXVals.LowerBound(),
-                                         arXVals.UpperBound());
+  return InterpolateBetweenEnds(*this, aeOutOfBoundsBehaviour, arXVals, arYVals, arX);
 }
 
 double CInterpolate::OneDLinearInterpolateFromPoints(double arX1, double arX2, double arY1, double arY2,

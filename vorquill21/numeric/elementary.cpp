@@ -9,10 +9,14 @@
 #include "vorquill21/numeric/elementary_tables.hpp"
 #include "vorquill21/numeric/error_free.hpp"
 
-// Each function first computes its result as a double and a correction, to some 67 bits. When the double
-// stays the nearest one whatever the error within its bound, it is the result; otherwise the accurate
-// function is asked. Products that must be exact have factors of few bits: the heads of the tables, and
-// arguments cut at multiples of 2^-26.
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+// Each function first computes its result as a sum of two doubles, to some 66 bits. When the sum rounds to
+// one double, whatever the error within its bound, that is the result; otherwise the accurate function is
+// asked. Products that must be exact have factors of few bits: the heads of the tables, and arguments cut at
+// multiples of 2^-26.
 
 namespace vorquill21 {
 namespace {
@@ -20,8 +24,14 @@ namespace {
 constexpr double kToInteger = 0x1.8p52;
 constexpr double kToCut = 0x1.8p26;
 
-/// Relative bounds of the error of the fast results.
-constexpr double kTrigonometricError = 0x1.8p-67;
+/// A sine in place 0 and a cosine in place 1, computed at once. What the compiler makes of the operators are
+/// the operations on doubles.
+using Pair [[gnu::vector_size(2 * sizeof(double))]] = double;
+
+/// Relative bounds of the error of the fast results. That of a sine or cosine comes from some eleven
+/// roundings of the node's own one times the angle's cosine - 1, which is at most 2^-17.6, and near an axis
+/// the node's may be twice the result.
+constexpr Pair kTrigonometricErrors{0x1.4p-66, 0x1.4p-66};
 constexpr double kArcError = 0x1p-66;
 
 /// value, rounded to a multiple of 2^-26; for |value| below 2^24.
@@ -46,10 +56,6 @@ VORQUILL21_INLINED std::uint64_t SignOf(double value) {
 
 // --- Sine and cosine -------------------------------------------------------------------------------------
 
-/// A sine in place 0 and a cosine in place 1, computed at once. What the compiler makes of the operators are
-/// the operations on doubles.
-using Pair [[gnu::vector_size(2 * sizeof(double))]] = double;
-
 VORQUILL21_INLINED Pair BothOf(double value) {
   return Pair{value, value};
 }
@@ -69,6 +75,7 @@ struct ReducedAngle {
   double steps;
   double head;
   double rest;
+  double sum;           // head + rest, rounded
   std::uint64_t index;  // the number of steps, but for what lies above 2^51
 };
 
@@ -77,8 +84,19 @@ VORQUILL21_INLINED ReducedAngle Reduced(double magnitude) {
   const double steps = shifted - kToInteger;
   const double difference = magnitude - steps * kStepPart1;
   const double second = steps * kStepPart2;
-  const double head = Cut(difference - second);
-  return {steps, head, (difference - head) - second, std::bit_cast<std::uint64_t>(shifted)};
+  const double sum = difference - second;
+  const double head = Cut(sum);
+  return {steps, head, (difference - head) - second, sum, std::bit_cast<std::uint64_t>(shifted)};
+}
+
+/// Whether both comparisons hold.
+template <typename Comparisons>
+VORQUILL21_INLINED bool Both(Comparisons comparisons) {
+#ifdef __SSE2__
+  return _mm_movemask_pd(std::bit_cast<__m128d>(comparisons)) == 3;
+#else
+  return (comparisons[0] & comparisons[1]) != 0;
+#endif
 }
 
 /// Sine - angle and cosine - 1 of an angle of at most about half a step.
@@ -87,30 +105,29 @@ VORQUILL21_INLINED Pair Excess(double angle) {
   constexpr Pair kSecond{0x1.1111111111111p-7, 0x1.5555555555555p-5};
   constexpr Pair kThird{0x1.a01a01a01a01ap-13, 0x1.6c16c16c16c17p-10};
   const Pair square = BothOf(angle * angle);
-  return Pair{angle, 1.0} * (square * (kFirst + square * (kSecond - square * kThird)));
+  return (Pair{angle, 1.0} * square) * ((kFirst + square * kSecond) - (square * square) * kThird);
 }
 
-/// Values, corrections and bounds of their errors.
+/// Sums of a large and a small part, and bounds of their errors.
 struct BoundedPair {
   Pair value;
   Pair error;
   Pair bound;
 };
 
-/// Of the node's angle plus head + tail.
-VORQUILL21_INLINED BoundedPair Rotated(const TurnNode& node, double head, double tail) {
+/// Of the node's angle plus head + tail, which is nearly `angle`.
+VORQUILL21_INLINED BoundedPair Rotated(const TurnNode& node, double head, double tail, double angle) {
   const Pair nearHead{node.sineHead, node.cosineHead};
   const Pair nearTail{node.sineTail, node.cosineTail};
   const Pair acrossHead = Swapped(nearHead);
   const Pair acrossTail = Swapped(nearTail);
-  const Pair excess = Excess(head + tail);
+  const Pair excess = Excess(angle);
   const Pair turn{head, -head};
   const Pair smallTurn{tail + excess[0], -(tail + excess[0])};
-  const Pair large = nearHead + acrossHead * turn;
-  const Pair small = (nearTail + (nearHead + nearTail) * BothOf(excess[1]) + acrossTail * turn) +
+  const Pair value = nearHead + acrossHead * turn;
+  const Pair error = (nearTail + (nearHead + nearTail) * BothOf(excess[1]) + acrossTail * turn) +
                      (acrossHead + acrossTail) * smallTurn;
-  const Pair value = large + small;
-  return {value, small - (value - large), value * BothOf(kTrigonometricError)};
+  return {value, error, value * kTrigonometricErrors};
 }
 
 /// The sign that whole half turns give.
@@ -118,17 +135,19 @@ VORQUILL21_INLINED std::uint64_t TurnSign(const ReducedAngle& reduced) {
   return (reduced.index & kStepsPerHalfTurn) << (63 - std::countr_zero(unsigned{kStepsPerHalfTurn}));
 }
 
-/// Gives the values the signs that the angle asks for, when they are decided.
+/// Rounds the sums, where that is decided, and gives them the signs that the angle asks for.
 VORQUILL21_INLINED SineCosine Finished(const BoundedPair& pair, const ReducedAngle& reduced, double radians) {
-  const auto decided = pair.value + (pair.error - pair.bound) == pair.value + (pair.error + pair.bound);
-  if (!(decided[0] & decided[1])) return AccurateSineAndCosine(radians);
+  const Pair least = pair.value + (pair.error - pair.bound);
+  const Pair greatest = pair.value + (pair.error + pair.bound);
+  if (!Both(least == greatest)) return AccurateSineAndCosine(radians);
   const std::uint64_t turnSign = TurnSign(reduced);
-  return {WithSign(pair.value[0], SignOf(radians) ^ turnSign), WithSign(pair.value[1], turnSign)};
+  return {WithSign(least[0], SignOf(radians) ^ turnSign), WithSign(least[1], turnSign)};
 }
 
 VORQUILL21_INLINED BoundedPair OfReduced(const ReducedAngle& reduced) {
+  const double third = reduced.steps * kStepRest;
   return Rotated(kTurnNodes[static_cast<std::size_t>(reduced.index % kStepsPerHalfTurn)], reduced.head,
-                 reduced.rest - reduced.steps * kStepRest);
+                 reduced.rest - third, reduced.sum - third);
 }
 
 /// Where the node's sine or cosine is 0: that one is the sine of the angle that reduction left, which may be
@@ -144,7 +163,7 @@ VORQUILL21_INLINED BoundedPair OfReduced(const ReducedAngle& reduced) {
   const double sign = place == 0 ? 1.0 : -1.0;
   pair.value[place] = sign * sine.value;
   pair.error[place] = sign * sine.error;
-  pair.bound[place] = std::abs(sine.value) * kTrigonometricError + reduced.steps * 0x1p-140;
+  pair.bound[place] = std::abs(sine.value) * kTrigonometricErrors[0] + reduced.steps * 0x1p-140;
   return Finished(pair, reduced, radians);
 }
 
@@ -184,10 +203,10 @@ static_assert(kArcLeastExponent == -7 && kArcNodes.size() == 13 * kArcNodesPerBi
 /// ArcTangent(tangent) - tangent, for |tangent| below 2^-5.9.
 VORQUILL21_INLINED double ArcExcess(double tangent) {
   const double square = tangent * tangent;
-  const double series =
-      0x1.999999999999ap-3 +
-      square * (-0x1.2492492492492p-3 + square * (0x1.c71c71c71c71cp-4 - square * 0x1.745d1745d1746p-4));
-  return tangent * (square * (-0x1.5555555555555p-2 + square * series));
+  const double fourth = square * square;
+  const double series = (0x1.999999999999ap-3 - square * 0x1.2492492492492p-3) +
+                        fourth * (0x1.c71c71c71c71cp-4 - square * 0x1.745d1745d1746p-4);
+  return (tangent * square) * (-0x1.5555555555555p-2 + square * series);
 }
 
 VORQUILL21_INLINED const ArcNode& NodeFor(double magnitude) {
@@ -201,13 +220,13 @@ VORQUILL21_INLINED const ArcNode& NodeFor(double magnitude) {
 VORQUILL21_INLINED ErrorFree ArcTangentFromNode(const ArcNode& node, double magnitude) {
   const double rise = node.along * magnitude - node.crossing;
   const double inverse = 1.0 / (node.along + node.crossing * magnitude);
-  const double head = Cut(rise * inverse);
+  const double tangent = rise * inverse;
+  const double head = Cut(tangent);
   const double crossing = head * node.crossing;
   const ErrorFree halves = Split(magnitude);
   const double left = ((rise - head * node.along) - crossing * halves.value) - crossing * halves.error;
   const double tail = left * inverse;
-  const double rest = node.angleTail + (tail + ArcExcess(head + tail));
-  return FastTwoSum(node.angleHead + head, rest);
+  return {node.angleHead + head, node.angleTail + (tail + ArcExcess(tangent))};
 }
 
 }  // namespace
@@ -217,10 +236,13 @@ double ArcTangent(double value) {
   if (!(magnitude < kEndOfSlope)) {
     return std::isnan(value) ? value : std::copysign(0x1.921fb54442d18p+0, value);
   }
-  const ErrorFree result = magnitude < kLeastNode ? FastTwoSum(magnitude, ArcExcess(magnitude))
-                                                  : ArcTangentFromNode(NodeFor(magnitude), magnitude);
-  if (!IsDecided(result, result.value * kArcError)) return AccurateArcTangent(value, result.value);
-  return WithSign(result.value, SignOf(value));
+  const ErrorFree angle = magnitude < kLeastNode ? ErrorFree{magnitude, ArcExcess(magnitude)}
+                                                 : ArcTangentFromNode(NodeFor(magnitude), magnitude);
+  const double bound = angle.value * kArcError;
+  const double least = angle.value + (angle.error - bound);
+  const double greatest = angle.value + (angle.error + bound);
+  if (least != greatest) return AccurateArcTangent(value, least);
+  return WithSign(least, SignOf(value));
 }
 
 // --- Powers ----------------------------------------------------------------------------------------------

@@ -18,6 +18,10 @@ double SumOfProducts(double x1, double x2, double y1, double y2, double z1, doub
   return CheckedSum(CheckedSum(CheckedProduct(x1, x2), CheckedProduct(y1, y2)), CheckedProduct(z1, z2));
 }
 
+double Magnitude(double x, double y, double z) {
+  return HalfPower(SumOfProducts(x, x, y, y, z, z));
+}
+
 /// a*b - c*d.
 double DifferenceOfProducts(double a, double b, double c, double d) {
   return CheckedDifference(CheckedProduct(a, b), CheckedProduct(c, d));
@@ -38,21 +42,19 @@ double CGeometry::AngleBetweenLines(double arLine1Point1X, double arLine1Point1Y
   const double x2 = CheckedDifference(arLine2Point2X, arLine2Point1X);
   const double y2 = CheckedDifference(arLine2Point2Y, arLine2Point1Y);
   const double z2 = CheckedDifference(arLine2Point2Z, arLine2Point1Z);
-
-  double dotProduct = 0.0;
-  VectorDotProduct3d(x1, y1, z1, x2, y2, z2, dotProduct);
-  const double magnitude1 = VectorMagnitude3d(x1, y1, z1);
-  const double magnitude2 = VectorMagnitude3d(x2, y2, z2);
-  const double magnitudes = CheckedProduct(magnitude1, magnitude2);
-  if (magnitudes <= 0.0) return 0.0;
-  const double cosine = Checked(dotProduct / magnitudes, dotProduct, magnitudes);
-  return CTrigonometry(platform_).ArcCos(cosine) / kRadiansPerDegree;
+  return AngleBetweenVectors(x1, y1, z1, x2, y2, z2);
 }
 
 double CGeometry::AngleBetweenVectors(double arVector1X, double arVector1Y, double arVector1Z,
                                       double arVector2X, double arVector2Y, double arVector2Z) const {
-  return AngleBetweenLines(0.0, 0.0, 0.0, arVector1X, arVector1Y, arVector1Z,  //
-                           0.0, 0.0, 0.0, arVector2X, arVector2Y, arVector2Z);
+  const double dotProduct =
+      SumOfProducts(arVector1X, arVector2X, arVector1Y, arVector2Y, arVector1Z, arVector2Z);
+  const double magnitude1 = Magnitude(arVector1X, arVector1Y, arVector1Z);
+  const double magnitude2 = Magnitude(arVector2X, arVector2Y, arVector2Z);
+  const double magnitudes = CheckedProduct(magnitude1, magnitude2);
+  if (magnitudes <= 0.0) return 0.0;
+  const double cosine = Checked(dotProduct / magnitudes, dotProduct, magnitudes);
+  return CTrigonometry(platform_).ArcCos(cosine) / kRadiansPerDegree;
 }
 
 void CGeometry::IntersectNormalPointToLine(double arLine1X, double arLine1Y, double arLine1Z, double arLine2X,
@@ -132,7 +134,7 @@ void CGeometry::VectorDotProduct3d(double arVector1X, double arVector1Y, double 
 }
 
 double CGeometry::VectorMagnitude3d(double arVectorX, double arVectorY, double arVectorZ) const {
-  return HalfPower(SumOfProducts(arVectorX, arVectorX, arVectorY, arVectorY, arVectorZ, arVectorZ));
+  return Magnitude(arVectorX, arVectorY, arVectorZ);
 }
 
 void CGeometry::VectorSubtract3d(double arVector1X, double arVector1Y, double arVector1Z, double arVector2X,

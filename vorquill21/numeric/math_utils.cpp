@@ -238,7 +238,7 @@ bool CMathUtils::ArrayLocate(ArrayView<const double> arXVals, double arX, std::i
   if (!AllowBisection(bounds)) return LocateByIndex(arXVals, arX, anIndex);
   const std::span<const double> nodes = arXVals.Elements();
   const bool ascending = IsAscendingAround(nodes, arX);
-  anIndex = bounds.lower + FindInterval(nodes, arX, ascending);
+  anIndex = bounds.lower + static_cast<std::int32_t>(FindInterval(nodes, arX, ascending));
   return ascending || IsDescendingAround(nodes, arX);
 }
 

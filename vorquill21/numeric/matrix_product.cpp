@@ -84,8 +84,16 @@ VORQUILL21_INLINED void Multiply(const Factors& f) {
     }
   }
   for (; column + 4 <= f.columns; column += 4) MultiplyNarrowStrip<4>(f, column);
-  for (; column + 2 <= f.columns; column += 2) MultiplyNarrowStrip<2>(f, column);
-  for (; column < f.columns; ++column) MultiplyNarrowStrip<1>(f, column);
+  switch (f.columns - column) {
+    case 3:
+      return MultiplyNarrowStrip<3>(f, column);
+    case 2:
+      return MultiplyNarrowStrip<2>(f, column);
+    case 1:
+      return MultiplyNarrowStrip<1>(f, column);
+    default:
+      return;
+  }
 }
 
 using TwoDoubles [[gnu::vector_size(16)]] = double;

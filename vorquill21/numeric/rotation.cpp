@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/numeric/elementary.hpp"
@@ -13,8 +15,14 @@ namespace {
 constexpr double kRadiansPerDegree = 0x1.1df46a25ca311p-6;
 constexpr Bounds kOneToThree{1, 3};
 
+/// Both bounds as one number.
+std::uint64_t BitsOf(Bounds bounds) {
+  return std::bit_cast<std::uint64_t>(bounds);
+}
+
 bool HasBounds(const BoundedArray<double>& matrix, Bounds rows, Bounds columns) {
-  return matrix.Rank() == 2 && matrix.BoundsOf(1) == rows && matrix.BoundsOf(2) == columns;
+  return matrix.Rank() == 2 && BitsOf(matrix.BoundsOf(1)) == BitsOf(rows) &&
+         BitsOf(matrix.BoundsOf(2)) == BitsOf(columns);
 }
 
 /// Gives the matrix the bounds; keeps its elements where it has them already, which all are to be

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -15,24 +15,25 @@ namespace vorquill21 {
 /// All searches in one table take the same number of steps, without a jump that depends on a node: once the
 /// ends are neighbours, a further step meets the lower end again and changes nothing.
 template <bool ascending>
-std::int32_t Bisect(std::span<const double> nodes, double x) {
-  std::uint32_t low = 0;
-  auto high = static_cast<std::uint32_t>(nodes.size() - 1);
-  for (auto steps = std::bit_width(high); steps > 0; --steps) {
-    const std::uint32_t middle = (low + high) / 2;
+std::size_t Bisect(std::span<const double> nodes, double x) {
+  std::size_t low = 0;
+  std::size_t high = nodes.size() - 1;
+  for (std::size_t width = high; width != 0; width /= 2) {
+    const std::size_t middle = (low + high) / 2;
     const bool goesUp = (x >= nodes[middle]) == ascending;
-    const std::uint32_t lowAfter = goesUp ? middle : low;
+    const std::size_t lowAfter = goesUp ? middle : low;
     high = goesUp ? high : middle;
     low = lowAfter;
   }
-  return static_cast<std::int32_t>(low);
+  return low;
 }
 
 /// Whether bounds are those of two nodes at least, from 0 or more on, whose sums stay within 32 bits. Other
 /// tables are searched by their indices, with the errors that these raise.
 constexpr bool AllowBisection(Bounds bounds) {
-  return bounds.lower >= 0 && bounds.lower < bounds.upper &&
-         bounds.upper <= std::numeric_limits<std::int32_t>::max() / 2;
+  const auto lower = static_cast<std::uint32_t>(bounds.lower);  // a negative one is beyond every upper bound
+  const auto upper = static_cast<std::uint32_t>(bounds.upper);
+  return lower < upper && upper <= std::numeric_limits<std::int32_t>::max() / 2;
 }
 
 constexpr bool IsAscendingAround(std::span<const double> nodes, double x) {
@@ -45,10 +46,10 @@ constexpr bool IsDescendingAround(std::span<const double> nodes, double x) {
 
 /// The interval in which the search ends, counted from 0. What lies in the first one of an ascending table
 /// counts as there, its end included.
-inline std::int32_t FindInterval(std::span<const double> nodes, double x, bool ascending) {
+inline std::size_t FindInterval(std::span<const double> nodes, double x, bool ascending) {
   if (!ascending) return Bisect<false>(nodes, x);
-  const std::int32_t low = Bisect<true>(nodes, x);
-  return x <= nodes[1] ? 0 : low;
+  const bool isBeyondFirst = !(x <= nodes[1]);
+  return Bisect<true>(nodes, x) & -static_cast<std::size_t>(isBeyondFirst);
 }
 
 }  // namespace vorquill21

@@ -24,7 +24,7 @@ class ArrayView {
  public:
   /// `count` elements from `data` on; the first one has the index `lower`.
   ArrayView(T* data, std::size_t count, std::int32_t lower = 0) : data_(data) {
-    if (count == 0) return;
+    if (count == 0) lower = 0;
     const std::int64_t upper = lower + static_cast<std::int64_t>(count) - 1;
     if (upper > std::numeric_limits<std::int32_t>::max()) Raise(kSubscriptOutOfRange);
     bounds_ = {lower, static_cast<std::int32_t>(upper)};
@@ -38,7 +38,7 @@ class ArrayView {
   ArrayView(const BoundedArray<Element>& array) {
     const bool isOneDimensional = array.Rank() == 1;
     data_ = array.Elements().data();
-    bounds_ = isOneDimensional ? array.BoundsOf(1) : kOtherShape;
+    bounds_ = isOneDimensional ? array.BoundsOf(1) : kNoBounds;
   }
 
   std::int32_t LowerBound() const { return Checked().lower; }
@@ -53,15 +53,18 @@ class ArrayView {
   /// All elements, the one at the lower bound first.
   std::span<T> Elements() const { return {data_, static_cast<std::size_t>(Checked().Count())}; }
 
+  /// The bounds; 0 to -2, which no array has, where LowerBound and UpperBound are error 9.
+  Bounds BoundsOrNone() const noexcept { return bounds_; }
+
  private:
   Bounds Checked() const {
-    if (bounds_ == kOtherShape) Raise(kSubscriptOutOfRange);
+    if (bounds_ == kNoBounds) Raise(kSubscriptOutOfRange);
     return bounds_;
   }
 
   /// Bounds that no array has stand for one that is not one-dimensional, so that a view fits into two
   /// registers.
-  static constexpr Bounds kOtherShape{0, -2};
+  static constexpr Bounds kNoBounds{0, -2};
 
   T* data_ = nullptr;
   Bounds bounds_;
