@@ -3,57 +3,14 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdlib>
-#include <new>
 #include <string>
 #include <string_view>
 
 #include "fuzz/require.hpp"
+#include "fuzz/taken_memory.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/import_reference.hpp"
 #include "vorquill21/import/import_column_data.hpp"
-
-namespace {
-
-/// All bytes ever taken from the heap.
-std::size_t takenBytes = 0;
-
-void* Take(std::size_t size) noexcept {
-  takenBytes += size;
-  return std::malloc(size > 0 ? size : 1);
-}
-
-void* TakeOrThrow(std::size_t size) {
-  if (void* const block = Take(size)) return block;
-  throw std::bad_alloc();
-}
-
-}  // namespace
-
-void* operator new(std::size_t size) {
-  return TakeOrThrow(size);
-}
-void* operator new[](std::size_t size) {
-  return TakeOrThrow(size);
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return Take(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-  return Take(size);
-}
-void operator delete(void* block) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
 
 namespace vorquill21::test {
 namespace {
@@ -116,9 +73,8 @@ void Check(std::string_view bytes) {
   import.MaxColumns(options.maxColumns);
 
   Text status;
-  const std::size_t takenBefore = takenBytes;
-  const bool succeeded = import.Import(&status);
-  Require(takenBytes - takenBefore <= AllowedBytes(content.size()));
+  bool succeeded = false;
+  Require(BytesTakenBy([&] { succeeded = import.Import(&status); }) <= AllowedBytes(content.size()));
 
   const ImportOutcome expected = ImportReference::Import(content, options, fake.locale);
   Require(succeeded == expected.isSuccessful && import.LastImportSuccessful() == succeeded);

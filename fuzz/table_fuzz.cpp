@@ -1,5 +1,5 @@
-// Any text is a table or refused, exactly as its lines and cells say, without memory for cells that it does
-// not have; and a table that was read can be written and read again.
+// Any text is a table or refused, exactly as its lines and cells say, in memory of a small multiple of the
+// text; and a table that was read can be written and read again.
 
 #include <cmath>
 #include <cstddef>
@@ -7,6 +7,7 @@
 #include <string>
 
 #include "fuzz/require.hpp"
+#include "fuzz/taken_memory.hpp"
 #include "tests/filestream/literal_table.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
@@ -14,8 +15,17 @@
 namespace vorquill21 {
 namespace {
 
+using test::BytesTakenBy;
 using test::Require;
 using test::SameBits;
+
+/// What memory reading a table may take: eight bytes for each character, since a cell has one at least, and
+/// something for the look-up, a message and separators that are replaced cell by cell.
+std::size_t AllowedBytes(std::size_t length) {
+  constexpr std::size_t kConstant = std::size_t{1} << 14;
+  constexpr std::size_t kFactor = 40;
+  return kConstant + kFactor * length;
+}
 
 void RequireCells(const BoundedArray<double>& table, const std::vector<std::vector<double>>& expected) {
   Require(table.BoundsOf(1) == Bounds{0, static_cast<std::int32_t>(expected.size()) - 1});
@@ -59,7 +69,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   CFileStream stream(fake.platform);
   stream.SetContents(Text(u"[DEC SEP]\t").append(written).append(u"\r\n[T]\t").append(record));
-  const Variant read = stream.GetTable2d(u"T");
+  Variant read;
+  Require(BytesTakenBy([&] { read = stream.GetTable2d(u"T"); }) <= AllowedBytes(record.size()));
 
   Text fieldText = record.substr(0, record.find(u'['));
   while (!fieldText.empty() && fieldText.front() == u'\t') fieldText.erase(0, 1);

@@ -7,11 +7,13 @@
 #include <vector>
 
 #include "tests/filestream/literal_document.hpp"
+#include "tests/filestream/memory_shortage.hpp"
 
 namespace vorquill21 {
 namespace {
 
 using test::LiteralDocument;
+using test::MemoryUse;
 
 /// A document and the literal one beside it, which must always agree.
 class Pair {
@@ -245,6 +247,21 @@ TEST(DocumentTest, RecordsThatWereReplacedDoNotPileUp) {
   }
   EXPECT_LE(longest, 4 * record.size());
   EXPECT_EQ(document.AllText(), record);
+}
+
+TEST(DocumentTest, NoIndexIsMadeOfATextThatIsCutAgainAndAgain) {
+  Text text;
+  for (int i = 0; i < 1000; ++i) text += u"[A]\t1\n";
+  Document document;
+  document.Assign(text);
+  const MemoryUse use;
+  int removals = 0;
+  while (const auto field = document.Find(u"A")) {
+    document.Remove(*field);
+    ++removals;
+  }
+  EXPECT_EQ(MemoryUse::AskedBytes(), 0u);
+  EXPECT_EQ(removals, 500) << "each takes the bracket of the next record";
 }
 
 }  // namespace

@@ -10,7 +10,11 @@ thread_local int allocationsBefore = 0;
 thread_local int failures = 0;
 thread_local bool isHit = false;
 
-bool NextAllocationFails() {
+thread_local bool isCounting = false;
+thread_local std::size_t askedBytes = 0;
+
+bool NextAllocationFails(std::size_t size) {
+  if (isCounting) askedBytes += size;
   if (failures == 0) return false;
   if (allocationsBefore > 0) {
     --allocationsBefore;
@@ -37,16 +41,29 @@ bool MemoryShortage::Hit() {
   return isHit;
 }
 
+MemoryUse::MemoryUse() {
+  askedBytes = 0;
+  isCounting = true;
+}
+
+MemoryUse::~MemoryUse() {
+  isCounting = false;
+}
+
+std::size_t MemoryUse::AskedBytes() {
+  return askedBytes;
+}
+
 }  // namespace vorquill21::test
 
 void* operator new(std::size_t size) {
-  if (vorquill21::test::NextAllocationFails()) throw std::bad_alloc();
+  if (vorquill21::test::NextAllocationFails(size)) throw std::bad_alloc();
   if (void* memory = std::malloc(size)) return memory;
   throw std::bad_alloc();
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-  return vorquill21::test::NextAllocationFails() ? nullptr : std::malloc(size);
+  return vorquill21::test::NextAllocationFails(size) ? nullptr : std::malloc(size);
 }
 
 void operator delete(void* memory) noexcept {

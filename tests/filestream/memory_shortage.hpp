@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 namespace vorquill21::test {
 
 /// As long as it lives, the allocation number `first` (1 is the next one) of this thread and the `count` - 1
@@ -13,6 +15,18 @@ class MemoryShortage {
 
   /// True once an allocation failed.
   static bool Hit();
+};
+
+/// Counts what this thread asks for as long as it lives. One at a time.
+class MemoryUse {
+ public:
+  MemoryUse();
+  ~MemoryUse();
+  MemoryUse(const MemoryUse&) = delete;
+  MemoryUse& operator=(const MemoryUse&) = delete;
+
+  /// All bytes that were asked for, given back or not.
+  static std::size_t AskedBytes();
 };
 
 }  // namespace vorquill21::test

@@ -122,5 +122,24 @@ TEST(NameIndexTest, NamesThatComeAndGoTakeNoFurtherMemory) {
   EXPECT_EQ(index.Find(text, u"B"), 3u);
 }
 
+TEST(NameIndexTest, MemoryIsKeptForATextOfTheSameSizeAndGivenBackForAMuchSmallerOne) {
+  Text large;
+  for (std::int32_t i = 0; i < 5000; ++i) large += u"[" + NameOf(i) + u"]";
+  const Text small = u"[A][B]";
+  NameIndex index;
+  const auto bytesAskedToBuild = [&](TextView text) {
+    const test::MemoryUse use;
+    index.Build(text);
+    return test::MemoryUse::AskedBytes();
+  };
+  const std::size_t bytesOfLarge = bytesAskedToBuild(large);
+  EXPECT_EQ(bytesAskedToBuild(large), 0u);
+  EXPECT_LT(bytesAskedToBuild(small), bytesOfLarge / 10);
+  EXPECT_EQ(index.Find(small, u"B"), 3u);
+  EXPECT_EQ(bytesAskedToBuild(small), 0u);
+  EXPECT_GT(bytesAskedToBuild(large), bytesOfLarge / 2);
+  EXPECT_EQ(index.Find(large, NameOf(1)), large.find(u"[FIELD 1]"));
+}
+
 }  // namespace
 }  // namespace vorquill21

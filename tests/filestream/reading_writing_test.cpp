@@ -1,3 +1,6 @@
+#include <iterator>
+#include <random>
+
 #include "tests/filestream/file_stream_fixture.hpp"
 #include "tests/support/faulty_platform.hpp"
 
@@ -128,6 +131,40 @@ TEST_P(CFileStreamFilesTest, WritingAndReadingAgainAddsOneLineEndEachTime) {
   other.RemoveField(u"FILEVERSION");
   other.FileWrite(kPath);
   EXPECT_EQ(fake.files.Content(kPath), Head() + "\r[FILEVERSION]\tV 1\r\n\r\n") << first;
+}
+
+Text RandomRecords(std::mt19937& random) {
+  constexpr TextView kPieces[] = {u"[A]",  u"[B]", u"[A B]", u"[",   u"]", u"\t",    u"\t",
+                                  u"\r\n", u"\r",  u"\n",    u"1;5", u"x", u"Größe", u" "};
+  Text text;
+  for (std::size_t pieces = random() % 40; pieces > 0; --pieces)
+    text += kPieces[random() % std::size(kPieces)];
+  return text;
+}
+
+TEST_P(CFileStreamFilesTest, FieldsReadTheSameThroughAnyNumberOfFiles) {
+  std::mt19937 random(7);
+  std::size_t found = 0;
+  for (int round = 0; round < 2000; ++round) {
+    const Text contents = u"[DEC SEP]\t;\r\n[FILEVERSION]\tV 1\r\n" + RandomRecords(random);
+    CFileStream first(fake.platform);
+    first.SetContents(contents);
+    EXPECT_TRUE(first.FileWrite(kPath));
+    for (std::size_t generation = 1; generation <= 3; ++generation) {
+      CFileStream next(fake.platform);
+      EXPECT_TRUE(next.FileRead(kPath));
+      EXPECT_EQ(next.GetContents(), contents + Text(generation, u'\r'));
+      for (const TextView name : {u"A", u"B", u"A B", u"DEC SEP", u"FILEVERSION", u""}) {
+        EXPECT_EQ(next.FieldExists(name), first.FieldExists(name));
+        EXPECT_EQ(next.GetFieldString(name), first.GetFieldString(name)) << ToUtf8(contents);
+        EXPECT_EQ(next.GetFieldNumber(name), first.GetFieldNumber(name)) << ToUtf8(contents);
+        found += next.FieldExists(name) ? 1 : 0;
+      }
+      EXPECT_TRUE(next.FileWrite(kPath));
+    }
+  }
+  EXPECT_GT(found, 20'000u);
+  ExpectMessages({});
 }
 
 TEST_P(CFileStreamFilesTest, MissingFileChangesNothing) {

@@ -219,21 +219,32 @@ TEST_P(CFileStreamTablesTest, TableThatCannotBeReadIsReportedAndEmpty) {
   }
 }
 
-TEST_P(CFileStreamTablesTest, RaggedTextTakesNoMemoryForTheCellsThatItLacks) {
-  const Text wideRow = Text(500'000, u'\t') + u"1";
-  Text record = Text(u"\t\r\n") + wideRow;
-  for (int row = 0; row < 500'000; ++row) record += u"\r1";
-  SetTable(record);
-  EXPECT_TRUE(stream.GetTable2d(u"T").IsEmpty());
-  ExpectMessages({u"An error occurred while getting table: T"});
-}
-
 TEST_P(CFileStreamTablesTest, TableOfAnotherSeparatorIsConverted) {
   for (const TextView separator : {u".", u",", u";"}) {
     CFileStream fresh(fake.platform);
     fresh.SetContents(Text(u"[DEC SEP]\t").append(separator) + u"\r\n[T]\t\r\n1" + Text(separator) +
                       u"5\t2\r\n\t3E-1");
     EXPECT_EQ(fresh.GetTable2d(u"T"), Variant(TableOf<double>({{1.5, 2}, {0, 0.3}}))) << ToUtf8(separator);
+  }
+}
+
+TEST_P(CFileStreamTablesTest, SeparatorIsLookedUpWhenTheFirstCellIsReadAndNotForATableWithoutOne) {
+  const struct {
+    TextView table;
+    double expected;
+  } rows[] = {
+      {u"\t\r\n1\t2\t3\r\n4\r\n", 1.5},                    // refused at its second row
+      {u"\t\r\n1\t2\t3\t4\t5\r\r\r\r\r\r\r\r\r\r6", 1.5},  // refused before there is memory for its cells
+      {u"\tx\r\r\n1", 0.0},
+      {u"\t1\t2\r\n", 0.0},
+  };
+  for (const auto& row : rows) {
+    CFileStream fresh(fake.platform);
+    fresh.SetContents(Text(u"[DEC SEP]\t;\r\n[T]").append(row.table));
+    EXPECT_TRUE(fresh.GetTable2d(u"T").IsEmpty());
+    fresh.SetContents(u"[DEC SEP]\t:\r\n[A]\t1;5\r\n");
+    EXPECT_EQ(fresh.GetFieldNumber(u"A"), Variant(row.expected)) << ToUtf8(row.table);
+    ExpectMessages({u"An error occurred while getting table: T"});
   }
 }
 

@@ -519,6 +519,15 @@ TEST_F(CImportColumnDataTest, AnImpossibleMaxColumnsLeavesTheHeadersAlone) {
   }
 }
 
+TEST_F(CImportColumnDataTest, RoomForNoColumnLeavesAListOfOneEmptyHeader) {
+  ImportOf("a,b\n1,2\n");
+  import.MaxColumns(1);
+  ExpectFailure("x\n1\n");
+  EXPECT_EQ(import.ColumnCount(), 0);
+  EXPECT_EQ(import.ColumnHeaderData(0), Variant(u""));
+  EXPECT_EQ(RaisedNumber([&] { import.ColumnHeaderData(1); }), kSubscriptOutOfRange);
+}
+
 TEST_F(CImportColumnDataTest, ASuccessAfterAFailureIsASuccess) {
   ExpectFailure("");
   EXPECT_TRUE(ImportOf("a\n1\n"));

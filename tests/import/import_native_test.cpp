@@ -44,8 +44,28 @@ TEST(ImportNativeTest, ImportsAFileOfTheOperatingSystem) {
   EXPECT_EQ(import.DataRowCount(), 20000);
   EXPECT_EQ(import.ColumnData(1, 19999), Variant(9999.5));
 
-  import.Filepath(file.Path() + u".missing");
-  EXPECT_FALSE(import.Import());
+  import.OffsetColumnData(1, 0.5);
+  EXPECT_EQ(import.ColumnData(1, 19999), Variant(9999.0));
+}
+
+TEST(ImportNativeTest, WhatIsNoFileOfTheOperatingSystemFailsAndKeepsTheColumns) {
+  const NativeFile file("a,b\r\n1,2\r\n");
+  CImportColumnData import;
+  import.Filepath(file.Path());
+  import.Delimiter(u",");
+  import.HeaderRow(1);
+  import.FirstValueRow(2);
+  EXPECT_TRUE(import.Import());
+  const Text folder = FromUtf8(fs::temp_directory_path().string());
+  for (const Text& path : {file.Path() + u".missing", file.Path() + u"\\below", folder, folder + u"\\",
+                           Text(), folder + u"\\*.*"}) {
+    import.Filepath(path);
+    Text status;
+    EXPECT_FALSE(import.Import(&status)) << ToUtf8(path);
+    EXPECT_EQ(status, u"CImportColumnData.ImportData: An error occurred while importing data");
+    EXPECT_FALSE(import.LastImportSuccessful());
+    EXPECT_EQ(import.ColumnData(1, 0), Variant(2.0));
+  }
 }
 
 }  // namespace

@@ -104,7 +104,7 @@ void Document::Cut(const FieldPosition& field) noexcept {
   const std::size_t count = EndOfRemoval(field) - field.bracket;
   store_.erase(field.bracket, count);
   length_ -= count;
-  index_.Clear();
+  ForgetIndex();
 }
 
 std::size_t Document::FilledBefore(std::size_t position) const noexcept {
@@ -128,7 +128,7 @@ void Document::DropFilled() noexcept {
   length_ -= filledUnits_;
   filled_.clear();
   filledUnits_ = 0;
-  index_.Clear();
+  ForgetIndex();
 }
 
 TextView Document::AllText() noexcept {
@@ -141,6 +141,12 @@ void Document::Assign(Text text) noexcept {
   length_ = store_.size();
   filled_.clear();
   filledUnits_ = 0;
+  ForgetIndex();
+}
+
+/// The next look-ups search the text: of one that is cut again and again an index would be built for each
+/// cut.
+void Document::ForgetIndex() noexcept {
   index_.Clear();
   searchedUnits_ = 0;
 }

@@ -64,6 +64,7 @@ class Document {
   void Cut(const FieldPosition& field) noexcept;
   std::size_t FilledBefore(std::size_t position) const noexcept;
   void DropFilled() noexcept;
+  void ForgetIndex() noexcept;
 
   Text store_;              // the text with its filled records, and after it the draft
   std::size_t length_ = 0;  // of the text with its filled records

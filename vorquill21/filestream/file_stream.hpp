@@ -204,9 +204,9 @@ class VORQUILL21_API CFileStream {
   friend class MSupport;
 
   /// Runs the checks of this class in the folder "self test" under the library folder, which is made when it
-  /// is missing, and appends the name of each that fails. The files "filestream.tst", "IsCompatVer.tst" and
-  /// "3d try.txt" stay there; the check "SelfTest_3dTable" needs the file "3d ref.txt" there. Not const, nor
-  /// on this object: each check makes its own.
+  /// is missing, and appends the name of each that fails. Of the files written there "3d try.txt" stays, for
+  /// comparison with the file "3d ref.txt", which the check "SelfTest_3dTable" needs there. This object has
+  /// no part in them: each check makes its own.
   void SelfTest_Main(FailedTests& aoFailedTests) const;
 
   /// Where the field is, or nothing; reports its errors.

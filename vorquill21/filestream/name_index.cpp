@@ -47,6 +47,8 @@ void ForEachName(TextView text, std::size_t from, Visit visit) {
 }  // namespace
 
 void NameIndex::Build(TextView text) {
+  const bool isTooLarge = slots_.size() > kFewestSlots && slots_.size() / 2 > text.size();
+  if (isTooLarge) slots_ = {};
   std::ranges::fill(slots_, Slot());
   usedSlots_ = 0;
   Add(text, 0);

@@ -18,7 +18,8 @@ class NameIndex {
 
   bool IsBuilt() const noexcept { return isBuilt_; }
 
-  /// Builds the index of a whole text. Error 7 when memory runs out; then it is not built.
+  /// Builds the index of a whole text. It gives memory back that is left from a text of many more names.
+  /// Error 7 when memory runs out; then it is not built.
   void Build(TextView text);
 
   /// Adds the names in what was appended to the text at `from`. Error 7 when memory runs out; then the index

@@ -72,12 +72,13 @@ TableSize SizeOfTable(TextView text) {
   if (rows == 0) throw LibraryError(kSubscriptOutOfRange);
   const TextView table = text.substr(FindUnit(text, 0, u'\r') + 1);
   const std::size_t columns = CountColumns(table.substr(0, FindUnit(table, 0, u'\r')));
-  // A cell takes one unit at least, its delimiter: with fewer units than cells some row is too short.
-  if (columns == 0 || columns > text.size() / rows) throw LibraryError(kSubscriptOutOfRange);
+  if (columns == 0) throw LibraryError(kSubscriptOutOfRange);
   return {rows, columns};
 }
 
 BoundedArray<double> ReadTable(TextView text, const TableSize& size, const NumberReader& toNumber) {
+  // A cell takes one unit at least, its delimiter: with fewer units than cells some row is too short.
+  if (size.columns > text.size() / size.rows) throw LibraryError(kSubscriptOutOfRange);
   BoundedArray<double> table({0, LastIndex(size.rows)}, {0, LastIndex(size.columns)});
   CellReader reader(text, toNumber);
   for (std::span<double> cells = table.Elements(); !cells.empty(); cells = cells.subspan(size.columns)) {

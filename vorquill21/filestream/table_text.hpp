@@ -22,10 +22,11 @@ struct TableSize {
 };
 
 /// The size of the table in `text`: each CR begins a row, and the first row tells the columns, up to its last
-/// cell that is not empty. Error 9 when there is no row or no column, or fewer units than cells.
+/// cell that is not empty. Error 9 when there is no row or no column.
 TableSize SizeOfTable(TextView text);
 
-/// The cells of the table in `text`, read by `toNumber`. Error 9 when a row has too few of them.
+/// The cells of the table in `text`, read by `toNumber`. Error 9 when a row has too few of them, without
+/// memory for more cells than `text` has units.
 BoundedArray<double> ReadTable(TextView text, const TableSize& size, const NumberReader& toNumber);
 
 }  // namespace vorquill21
