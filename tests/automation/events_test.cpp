@@ -90,12 +90,14 @@ TEST_F(EventsTest, EveryConnectedSinkHearsOfAnEntry) {
 }
 
 TEST_F(EventsTest, AHandlerMayFail) {
-  Sink& failing = NewSink([](const std::wstring&, LONG) { return E_FAIL; });
+  for (const HRESULT failure : {E_FAIL, DISP_E_EXCEPTION, DISP_E_MEMBERNOTFOUND}) {
+    Connect(NewSink([failure](const std::wstring&, LONG) { return failure; }));
+  }
   Sink& other = NewSink();
-  Connect(failing);
   Connect(other);
   EXPECT_EQ(S_OK, Add(L"one"));
-  EXPECT_EQ(1u, other.messages_.size());
+  EXPECT_EQ(S_OK, Add(L"two"));
+  for (const Sink& sink : sinks_) EXPECT_EQ((std::vector<std::wstring>{L"one", L"two"}), sink.messages_);
 }
 
 TEST_F(EventsTest, AHandlerMayDisconnectItself) {
@@ -106,6 +108,18 @@ TEST_F(EventsTest, AHandlerMayDisconnectItself) {
   EXPECT_EQ(S_OK, Add(L"two"));
   EXPECT_EQ(1u, once.messages_.size());
   EXPECT_EQ(1u, once.references_);
+}
+
+TEST_F(EventsTest, AHandlerMayDisconnectTheOneAfterIt) {
+  DWORD connection = 0;
+  Sink& first = NewSink([&](const std::wstring&, LONG) { return point_->Unadvise(connection); });
+  Sink& second = NewSink();
+  Connect(first);
+  connection = Connect(second);
+  EXPECT_EQ(S_OK, Add(L"one"));
+  EXPECT_EQ(1u, first.messages_.size());
+  EXPECT_EQ(0u, second.messages_.size());
+  EXPECT_EQ(1u, second.references_);
 }
 
 TEST_F(EventsTest, AHandlerMayAddEntries) {
