@@ -269,6 +269,10 @@ std::int32_t ConvertedTo<std::int32_t>(const Variant& value) {
 template <>
 bool ConvertedTo<bool>(const Variant& value) {
   if (const bool* boolean = value.If<bool>()) return *boolean;
+  if (const Text* text = value.If<Text>()) {
+    if (EqualIgnoringCase(*text, u"True")) return true;
+    if (EqualIgnoringCase(*text, u"False")) return false;
+  }
   return ToDouble(value, Separator()) != 0;
 }
 

@@ -35,6 +35,22 @@ TEST_F(LateBoundTest, TakesLiteralsOfAnyNumericKind) {
   EXPECT_EQ(-65534, Call(files.pdispVal, L"DWordMake", {true, 2}).value.lVal);
 }
 
+TEST_F(LateBoundTest, TakesBooleansByNameAndByNumber) {
+  const Value strings = Lib(L"LibString");
+  const struct {
+    Value given;
+    ULONG parts;  // 2 when runs of blanks count as one
+  } rows[] = {{true, 2},    {false, 3}, {L"True", 2}, {L"fALSE", 3}, {L"TRUE", 2},
+              {L"-1.0", 2}, {L"0", 3},  {0.25, 2},    {0, 3},        {Value::Short(7), 2}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Call(strings.pdispVal, L"SplitMulti", {L"a  b", L" ", row.given});
+    ASSERT_EQ(S_OK, outcome.result) << row.given.vt;
+    EXPECT_EQ(row.parts, outcome.value.parray->rgsabound[0].cElements) << row.given.vt;
+  }
+  ExpectFailure(Call(strings.pdispVal, L"SplitMulti", {L"a  b", L" ", L"yes"}), kRuntimeError + 13, L"",
+                L"Type mismatch");
+}
+
 TEST_F(LateBoundTest, PutsResultsIntoVariables) {
   const Value trigonometry = Lib(L"LibTrigonometry");
   Value x;
