@@ -1,13 +1,11 @@
 #pragma once
 
 #include <algorithm>
-#include <atomic>
 #include <utility>
 #include <vector>
 
+#include "automation/counted.hpp"
 #include "automation/failure.hpp"
-#include "automation/object.hpp"
-#include "automation/reference.hpp"
 
 namespace vorquill21::automation {
 
@@ -29,28 +27,12 @@ inline void ReleaseItem(CONNECTDATA item) noexcept {
 
 /// Hands out items one after the other; Interface is one of the system's enumerators, kId its identifier.
 template <typename Interface, const IID& kId, typename Item>
-class Enumerator final : public Interface {
+class Enumerator final : public CountedOne<Interface, kId> {
  public:
   /// Takes over the references of the items.
   explicit Enumerator(std::vector<Item> items) : items_(std::move(items)) {}
-  Enumerator(const Enumerator&) = delete;
-  Enumerator& operator=(const Enumerator&) = delete;
-  virtual ~Enumerator() {
+  ~Enumerator() override {
     for (const Item& item : items_) ReleaseItem(item);
-  }
-
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** result) noexcept override {
-    if (result == nullptr) return E_POINTER;
-    *result = interfaceId == kId || interfaceId == IID_IUnknown ? this : nullptr;
-    if (*result == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
   }
 
   STDMETHODIMP Next(ULONG count, Item* items, ULONG* fetched) noexcept override {
@@ -81,8 +63,6 @@ class Enumerator final : public Interface {
   }
 
  private:
-  ModuleUse use_;
-  std::atomic<ULONG> references_{1};
   std::vector<Item> items_;
   std::size_t next_ = 0;
 };

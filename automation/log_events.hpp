@@ -16,7 +16,7 @@ class LogEvents final : public IConnectionPointContainer, public IConnectionPoin
   LogEvents(IUnknown& owner, std::shared_ptr<CLog> log) : owner_(owner), log_(std::move(log)) {}
   LogEvents(const LogEvents&) = delete;
   LogEvents& operator=(const LogEvents&) = delete;
-  ~LogEvents();
+  virtual ~LogEvents();
 
   STDMETHODIMP QueryInterface(REFIID interfaceId, void** result) noexcept override;
   STDMETHODIMP_(ULONG) AddRef() noexcept override { return owner_.AddRef(); }

@@ -30,12 +30,6 @@ HRESULT Object::QueryInterface(REFIID interfaceId, void** result) noexcept {
   return S_OK;
 }
 
-ULONG Object::Release() noexcept {
-  const ULONG left = --references_;
-  if (left == 0) delete this;
-  return left;
-}
-
 HRESULT Object::InterfaceSupportsErrorInfo(REFIID interfaceId) noexcept {
   return interfaceId == class_.interfaceId || interfaceId == IID_IDispatch ? S_OK : S_FALSE;
 }

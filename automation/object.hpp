@@ -1,9 +1,9 @@
 #pragma once
 
-#include <atomic>
 #include <memory>
 #include <utility>
 
+#include "automation/counted.hpp"
 #include "automation/failure.hpp"
 #include "automation/interface.hpp"
 #include "automation/reference.hpp"
@@ -12,34 +12,14 @@ namespace vorquill21::automation {
 
 struct ClassEntry;
 
-/// Counts what keeps the server loaded: objects, class factories and locks.
-class ModuleUse {
- public:
-  ModuleUse() noexcept { ++uses_; }
-  ModuleUse(const ModuleUse&) = delete;
-  ModuleUse& operator=(const ModuleUse&) = delete;
-  ~ModuleUse() { --uses_; }
-
-  static bool IsInUse() noexcept { return uses_ != 0; }
-  static void Lock(bool isLocked) noexcept { uses_ += isLocked ? 1 : -1; }
-
- private:
-  static inline std::atomic<long> uses_{0};
-};
-
 /// What all objects that the server hands out have in common: counted references, the interfaces beside their
-/// own, and calls by name. It ends with its last reference.
-class Object : public ISupportErrorInfo, public IProvideClassInfo2 {
+/// own, and calls by name.
+class Object : public Counted<ISupportErrorInfo, IProvideClassInfo2> {
  public:
   /// An object of this class with one reference; `dispatch` is the interface of its own.
   Object(const ClassEntry& entry, void* dispatch) : class_(entry), dispatch_(dispatch) {}
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
-  virtual ~Object() = default;
 
   STDMETHODIMP QueryInterface(REFIID interfaceId, void** result) noexcept override;
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override;
 
   STDMETHODIMP InterfaceSupportsErrorInfo(REFIID interfaceId) noexcept override;
 
@@ -61,8 +41,6 @@ class Object : public ISupportErrorInfo, public IProvideClassInfo2 {
   virtual void* OwnInterface(REFIID) noexcept { return nullptr; }
 
  private:
-  ModuleUse use_;
-  std::atomic<ULONG> references_{1};
   const ClassEntry& class_;
   void* dispatch_;
 };

@@ -1,6 +1,8 @@
 #include "automation/passed_argument.hpp"
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <vector>
 
 #include "automation/arrays.hpp"
@@ -65,7 +67,8 @@ void PassedArgument::TakeDefault(const Parameter& parameter) {
 
 void PassedArgument::TakeAll(std::span<VARIANT> reversed) {
   std::vector<Variant> values;
-  for (auto given = reversed.rbegin(); given != reversed.rend(); ++given) values.push_back(FromHost(*given));
+  std::transform(reversed.rbegin(), reversed.rend(), std::back_inserter(values),
+                 [](const VARIANT& given) { return FromHost(given); });
   value_.parray = NewArray(VT_VARIANT, BoundedArray<Variant>(std::move(values)));
   value_.vt = ArrayOf(VT_VARIANT);
   PassReference(VT_ARRAY, &value_.parray);

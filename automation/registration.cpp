@@ -14,7 +14,8 @@ namespace vorquill21::automation {
 namespace {
 
 constexpr bool kIs64Bit = sizeof(void*) == 8;
-constexpr REGSAM kOtherBitness = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
+constexpr REGSAM kOwnView = kIs64Bit ? KEY_WOW64_64KEY : KEY_WOW64_32KEY;
+constexpr REGSAM kOtherView = kIs64Bit ? KEY_WOW64_32KEY : KEY_WOW64_64KEY;
 constexpr wchar_t kPlatform[] = {L'w', L'i', L'n', kIs64Bit ? L'6' : L'3', kIs64Bit ? L'4' : L'2', 0};
 constexpr wchar_t kClasses[] = L"Software\\Classes\\";
 constexpr wchar_t kLibraryVersion[] = L"1.0";
@@ -41,22 +42,41 @@ class ClassesKey {
   }
 
   /// A key that is not there is as good as deleted.
-  void Delete(const std::wstring& key) const {
-    const LSTATUS status = RegDeleteTreeW(root_, (kClasses + key).c_str());
+  void Delete(const std::wstring& key, REGSAM view = kOwnView) const {
+    LSTATUS status = DeleteContent(key, view);
+    if (status == ERROR_SUCCESS) status = RegDeleteKeyExW(root_, (kClasses + key).c_str(), view, 0);
     if (status != ERROR_SUCCESS && status != ERROR_FILE_NOT_FOUND) {
       throw SystemFailure(HRESULT_FROM_WIN32(static_cast<DWORD>(status)));
     }
   }
 
-  bool Exists(const std::wstring& key, REGSAM view = 0) const {
+  /// Which keys the servers of the two bitnesses have in common differs from system to system.
+  void DeleteInBothViews(const std::wstring& key) const {
+    Delete(key, kOwnView);
+    Delete(key, kOtherView);
+  }
+
+  bool ExistsInOtherView(const std::wstring& key) const {
     HKEY opened = nullptr;
-    if (RegOpenKeyExW(root_, (kClasses + key).c_str(), 0, KEY_READ | view, &opened) != ERROR_SUCCESS)
-      return false;
+    if (Open(key, kOtherView, opened) != ERROR_SUCCESS) return false;
     RegCloseKey(opened);
     return true;
   }
 
  private:
+  LSTATUS Open(const std::wstring& key, REGSAM access, HKEY& opened) const {
+    return RegOpenKeyExW(root_, (kClasses + key).c_str(), 0, KEY_READ | access, &opened);
+  }
+
+  LSTATUS DeleteContent(const std::wstring& key, REGSAM view) const {
+    HKEY opened = nullptr;
+    LSTATUS status = Open(key, DELETE | KEY_SET_VALUE | view, opened);
+    if (status != ERROR_SUCCESS) return status;
+    status = RegDeleteTreeW(opened, nullptr);
+    RegCloseKey(opened);
+    return status;
+  }
+
   HKEY root_;
 };
 
@@ -141,15 +161,15 @@ void DeleteClass(const ClassesKey& classes, const ClassEntry& entry) {
   classes.Delete(ClassKey(entry));
   classes.Delete(InterfaceKey(entry.interfaceId));
   if (entry.eventsId != nullptr) classes.Delete(InterfaceKey(*entry.eventsId));
-  if (classes.Exists(ClassKey(entry), kOtherBitness)) return;
-  classes.Delete(VersionedProgId(entry));
-  classes.Delete(ProgId(entry));
+  if (classes.ExistsInOtherView(ClassKey(entry))) return;
+  classes.DeleteInBothViews(VersionedProgId(entry));
+  classes.DeleteInBothViews(ProgId(entry));
 }
 
 void DeleteAll(const ClassesKey& classes) {
   for (const ClassEntry* entry : AllClasses()) DeleteClass(classes, *entry);
-  const bool isShared = classes.Exists(ClassKey(*AllClasses().front()), kOtherBitness);
-  classes.Delete(isShared ? LibraryPathKey() : LibraryKey());
+  classes.Delete(LibraryPathKey());
+  if (!classes.ExistsInOtherView(ClassKey(*AllClasses().front()))) classes.DeleteInBothViews(LibraryKey());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #include <new>
 
 #include "automation/classes.hpp"
+#include "automation/counted.hpp"
 #include "automation/failure.hpp"
 #include "automation/object.hpp"
 #include "automation/registration.hpp"
@@ -10,24 +11,9 @@ namespace vorquill21::automation {
 namespace {
 
 /// Makes objects of one class.
-class ClassFactory final : public IClassFactory {
+class ClassFactory final : public CountedOne<IClassFactory, IID_IClassFactory> {
  public:
   explicit ClassFactory(const ClassEntry& entry) : class_(entry) {}
-  virtual ~ClassFactory() = default;
-
-  STDMETHODIMP QueryInterface(REFIID interfaceId, void** result) noexcept override {
-    if (result == nullptr) return E_POINTER;
-    *result = interfaceId == IID_IClassFactory || interfaceId == IID_IUnknown ? this : nullptr;
-    if (*result == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() noexcept override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() noexcept override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** result) noexcept override {
     if (result == nullptr) return E_POINTER;
@@ -43,8 +29,6 @@ class ClassFactory final : public IClassFactory {
   }
 
  private:
-  ModuleUse use_;
-  std::atomic<ULONG> references_{1};
   const ClassEntry& class_;
 };
 

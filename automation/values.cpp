@@ -74,7 +74,8 @@ Variant FromArray(SAFEARRAY* array, int depth) {
 template <typename T>
 T RoundedTo(const Variant& value) {
   const double rounded = std::nearbyint(ToDouble(value, Separator()));
-  constexpr double kBeyond = static_cast<double>(std::numeric_limits<T>::max() / 2 + 1) * 2;
+  constexpr T kHalfBeyond = std::numeric_limits<T>::max() / 2 + 1;
+  constexpr double kBeyond = 2.0 * kHalfBeyond;
   if (!(rounded >= static_cast<double>(std::numeric_limits<T>::min()) && rounded < kBeyond)) Raise(kOverflow);
   return static_cast<T>(rounded);
 }
@@ -269,6 +270,10 @@ std::int32_t ConvertedTo<std::int32_t>(const Variant& value) {
 template <>
 bool ConvertedTo<bool>(const Variant& value) {
   if (const bool* boolean = value.If<bool>()) return *boolean;
+  if (const Text* text = value.If<Text>()) {
+    if (EqualIgnoringCase(*text, u"True")) return true;
+    if (EqualIgnoringCase(*text, u"False")) return false;
+  }
   return ToDouble(value, Separator()) != 0;
 }
 

@@ -51,7 +51,8 @@ Variant FromPlace(VARTYPE type, const void* place, int depth = 0);
 /// The host's variant of the library's, which the caller clears.
 VARIANT ToHost(const Variant& value);
 
-/// `value` as a T, which is double, std::int32_t, bool, Text or Variant.
+/// `value` as a T, which is double, std::int32_t, bool, Text or Variant. A boolean is true unless its number
+/// is 0; the texts "True" and "False" are the booleans that they name, whatever the case of their letters.
 template <typename T>
 T ConvertedTo(const Variant& value);
 

@@ -114,9 +114,21 @@ SAFEARRAY* NewDoubles(LONG lower, std::initializer_list<double> values) {
   return array;
 }
 
+SAFEARRAY* NewMatrix(LONG lower, ULONG rows, ULONG columns, std::initializer_list<double> byRows) {
+  SAFEARRAYBOUND bounds[2] = {{rows, lower}, {columns, lower}};
+  SAFEARRAY* const matrix = SafeArrayCreate(VT_R8, 2, bounds);
+  auto next = byRows.begin();
+  for (ULONG i = 0; i < rows; ++i) {
+    for (ULONG j = 0; j < columns; ++j) static_cast<double*>(matrix->pvData)[i + j * rows] = *next++;
+  }
+  return matrix;
+}
+
 std::vector<double> DoublesOf(SAFEARRAY* array) {
+  std::size_t count = 1;
+  for (USHORT i = 0; i < array->cDims; ++i) count *= array->rgsabound[i].cElements;
   const auto* const first = static_cast<const double*>(array->pvData);
-  return {first, first + array->rgsabound[0].cElements};
+  return {first, first + count};
 }
 
 LONG LowerBoundOf(SAFEARRAY* array) {

@@ -116,10 +116,29 @@ class Value : public VARIANT {
   }
 };
 
-/// An array of one dimension, destroyed in the end.
+/// An array of one dimension, or of rows and columns, both from the same lower bound.
 SAFEARRAY* NewDoubles(LONG lower, std::initializer_list<double> values);
+SAFEARRAY* NewMatrix(LONG lower, ULONG rows, ULONG columns, std::initializer_list<double> byRows);
 
-/// The elements of an array of doubles of one dimension, and their lower bound.
+/// An array for parameters of one, destroyed in the end.
+class Array {
+ public:
+  Array() = default;
+  explicit Array(SAFEARRAY* array) : array_(array) {}
+  Array(LONG lower, std::initializer_list<double> values) : array_(NewDoubles(lower, values)) {}
+  Array(const Array&) = delete;
+  Array& operator=(const Array&) = delete;
+  ~Array() { SafeArrayDestroy(array_); }
+
+  SAFEARRAY** operator&() { return &array_; }
+  SAFEARRAY* operator->() const { return array_; }
+  SAFEARRAY* Get() const { return array_; }
+
+ private:
+  SAFEARRAY* array_ = nullptr;
+};
+
+/// The elements of an array of doubles as they lie, and the lower bound of its last dimension.
 std::vector<double> DoublesOf(SAFEARRAY* array);
 LONG LowerBoundOf(SAFEARRAY* array);
 

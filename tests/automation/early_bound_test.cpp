@@ -3,39 +3,12 @@
 #include <cmath>
 
 #include "tests/automation/component.hpp"
+#include "tests/automation/host_object.hpp"
 
 namespace vorquill21::test {
 namespace {
 
 constexpr HRESULT kRuntimeError = static_cast<HRESULT>(0x800A0000);
-
-/// An array for parameters of one, destroyed in the end.
-class Array {
- public:
-  Array() = default;
-  explicit Array(SAFEARRAY* array) : array_(array) {}
-  Array(LONG lower, std::initializer_list<double> values) : array_(NewDoubles(lower, values)) {}
-  Array(const Array&) = delete;
-  Array& operator=(const Array&) = delete;
-  ~Array() { SafeArrayDestroy(array_); }
-
-  SAFEARRAY** operator&() { return &array_; }
-  SAFEARRAY* operator->() const { return array_; }
-  SAFEARRAY* Get() const { return array_; }
-
- private:
-  SAFEARRAY* array_ = nullptr;
-};
-
-SAFEARRAY* NewMatrix(LONG lower, ULONG rows, ULONG columns, std::initializer_list<double> byRows) {
-  SAFEARRAYBOUND bounds[2] = {{rows, lower}, {columns, lower}};
-  SAFEARRAY* const matrix = SafeArrayCreate(VT_R8, 2, bounds);
-  auto next = byRows.begin();
-  for (ULONG i = 0; i < rows; ++i) {
-    for (ULONG j = 0; j < columns; ++j) static_cast<double*>(matrix->pvData)[i + j * rows] = *next++;
-  }
-  return matrix;
-}
 
 double ElementOf(SAFEARRAY* matrix, LONG row, LONG column) {
   LONG indices[2] = {row, column};
@@ -253,18 +226,10 @@ TEST(EarlyBoundTest, GivesListsOfTextsAsSuch) {
 }
 
 /// Array utilities of the host, for hosts that bind early: those of the component but for ArrayLocate.
-class FixedLocation final : public _CMathUtils {
+class FixedLocation final : public HostObject<_CMathUtils> {
  public:
-  STDMETHODIMP QueryInterface(REFIID id, void** result) override {
-    *result = id == IID_IUnknown || id == IID_IDispatch || id == IID__CMathUtils ? this : nullptr;
-    if (*result == nullptr) return E_NOINTERFACE;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override { return --references_; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  FixedLocation() : HostObject(IID__CMathUtils) {}
+
   STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* member) override {
     *member = 42;
     return std::wstring(names[0]) == L"ArrayLocate" ? S_OK : DISP_E_UNKNOWNNAME;
@@ -299,7 +264,6 @@ class FixedLocation final : public _CMathUtils {
     return E_NOTIMPL;
   }
 
-  ULONG references_ = 1;
   bool fails_ = false;
   LONG lower_ = 0;
 };
@@ -324,7 +288,7 @@ TEST(EarlyBoundTest, InterpolatesWithTheArrayUtilitiesOfTheHost) {
                 L"", L"cannot");
   utilities = nullptr;
   EXPECT_EQ(S_OK, interpolate->putref_moUtils(nullptr));
-  EXPECT_EQ(1u, location.references_);
+  EXPECT_EQ(0u, location.References());
   ExpectFailure(interpolate->OneDLinearInterpolate(eInterpClip, &x, &y, 3.5, &result), kRuntimeError + 5, L"",
                 L"Invalid procedure call or argument");
 }

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/automation/component.hpp"
+#include "tests/automation/host_object.hpp"
 
 namespace vorquill21::test {
 namespace {
@@ -33,6 +34,22 @@ TEST_F(LateBoundTest, TakesLiteralsOfAnyNumericKind) {
   EXPECT_EQ(0x10002, Call(files.pdispVal, L"DWordMake", {Value::Short(1), 2.0}).value.lVal);
   EXPECT_EQ(0x10002, Call(files.pdispVal, L"DWordMake", {L"1", 2}).value.lVal);
   EXPECT_EQ(-65534, Call(files.pdispVal, L"DWordMake", {true, 2}).value.lVal);
+}
+
+TEST_F(LateBoundTest, TakesBooleansByNameAndByNumber) {
+  const Value strings = Lib(L"LibString");
+  const struct {
+    Value given;
+    ULONG parts;  // 2 when runs of blanks count as one
+  } rows[] = {{true, 2},    {false, 3}, {L"True", 2}, {L"fALSE", 3}, {L"TRUE", 2},
+              {L"-1.0", 2}, {L"0", 3},  {0.25, 2},    {0, 3},        {Value::Short(7), 2}};
+  for (const auto& row : rows) {
+    const Outcome outcome = Call(strings.pdispVal, L"SplitMulti", {L"a  b", L" ", row.given});
+    ASSERT_EQ(S_OK, outcome.result) << row.given.vt;
+    EXPECT_EQ(row.parts, outcome.value.parray->rgsabound[0].cElements) << row.given.vt;
+  }
+  ExpectFailure(Call(strings.pdispVal, L"SplitMulti", {L"a  b", L" ", L"yes"}), kRuntimeError + 13, L"",
+                L"Type mismatch");
 }
 
 TEST_F(LateBoundTest, PutsResultsIntoVariables) {
@@ -308,23 +325,17 @@ TEST_F(LateBoundTest, ConvertsNumbersByItsOwnRules) {
 }
 
 /// A collection of the host that counts what is added.
-class Collection final : public IDispatch {
+class Collection final : public HostObject<> {
  public:
-  STDMETHODIMP QueryInterface(REFIID id, void** result) override {
-    *result = id == IID_IUnknown || id == IID_IDispatch ? this : nullptr;
-    return *result == nullptr ? E_NOINTERFACE : (AddRef(), S_OK);
+  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* member) override {
+    *member = 1;
+    return std::wstring(names[0]) == L"Add" ? S_OK : DISP_E_UNKNOWNNAME;
   }
-  STDMETHODIMP_(ULONG) AddRef() override { return ++references_; }
-  STDMETHODIMP_(ULONG) Release() override { return --references_; }
-  STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-  STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
   STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
     ++added_;
     return S_OK;
   }
 
-  ULONG references_ = 1;
   int added_ = 0;
 };
 
@@ -337,7 +348,7 @@ TEST_F(LateBoundTest, RunsTheSelfTestsOfTextsForACollectionOfTheHost) {
   EXPECT_EQ(VT_EMPTY, outcome.value.vt);
   EXPECT_EQ(0, collection.added_);
   VariantClear(&failed);
-  EXPECT_EQ(1u, collection.references_);
+  EXPECT_EQ(0u, collection.References());
 }
 
 }  // namespace

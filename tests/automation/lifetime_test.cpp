@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "tests/automation/component.hpp"
+#include <algorithm>
+
+#include "tests/automation/members.hpp"
 
 namespace vorquill21::test {
 namespace {
@@ -77,6 +79,42 @@ TEST(LifetimeTest, TellsItsClassItsEventsAndThatItTellsErrors) {
   ASSERT_EQ(S_OK, log->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(support.Receive())));
   EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(IID__CLog));
   EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(IID__CFile));
+}
+
+/// Once for each class.
+std::vector<Member> OneOfEachClass() {
+  std::vector<Member> members = AllMembers(Component::Default());
+  const auto isOfOneClass = [](const Member& a, const Member& b) { return a.classId == b.classId; };
+  members.erase(std::unique(members.begin(), members.end(), isOfOneClass), members.end());
+  return members;
+}
+
+TEST(LifetimeTest, EveryClassTellsItsNameItsEventsAndThatItTellsErrors) {
+  const std::vector<Member> classes = OneOfEachClass();
+  EXPECT_EQ(12u, classes.size());
+  for (const Member& each : classes) {
+    SCOPED_TRACE(each.name);
+    const auto object = Component::Default().Make<IUnknown>(each.classId, each.interfaceId);
+    Reference<IProvideClassInfo2> information;
+    ASSERT_EQ(S_OK, object->QueryInterface(IID_IProvideClassInfo2,
+                                           reinterpret_cast<void**>(information.Receive())));
+    Reference<ITypeInfo> type;
+    ASSERT_EQ(S_OK, information->GetClassInfo(type.Receive()));
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(S_OK, type->GetTypeAttr(&attributes));
+    EXPECT_EQ(each.classId, attributes->guid);
+    type->ReleaseTypeAttr(attributes);
+    GUID events;
+    const bool hasEvents = each.classId == CLSID_CLog;
+    EXPECT_EQ(hasEvents ? S_OK : E_UNEXPECTED,
+              information->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &events));
+    EXPECT_EQ(hasEvents ? DIID___CLog : GUID_NULL, events);
+    Reference<ISupportErrorInfo> support;
+    ASSERT_EQ(S_OK,
+              object->QueryInterface(IID_ISupportErrorInfo, reinterpret_cast<void**>(support.Receive())));
+    EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(each.interfaceId));
+    EXPECT_EQ(S_FALSE, support->InterfaceSupportsErrorInfo(IID_IClassFactory));
+  }
 }
 
 TEST(LifetimeTest, MakesNoObjectInsideAnother) {

@@ -28,6 +28,11 @@ VARTYPE KindOf(ITypeInfo& type, const TYPEDESC& description) {
   return kind;
 }
 
+bool IsArrayOfDoubles(const TYPEDESC& description) {
+  if (description.vt != VT_PTR || description.lptdesc->vt != VT_SAFEARRAY) return false;
+  return description.lptdesc->lptdesc->vt == VT_R8;
+}
+
 std::string NameOf(ITypeInfo& type, MEMBERID member) {
   TextArgument name;
   type.GetDocumentation(member, &name, nullptr, nullptr, nullptr);
@@ -45,10 +50,12 @@ void AddMembers(ITypeInfo& table, Member member, std::vector<Member>& members) {
     member.tableOffset = static_cast<ULONG_PTR>(function->oVft);
     member.isVariadic = function->cParamsOpt == -1;
     member.parameters.clear();
+    member.takesDoubles = false;
     member.result = VT_EMPTY;
     for (int p = 0; p < function->cParams; ++p) {
       const ELEMDESC& element = function->lprgelemdescParam[p];
       const VARTYPE kind = KindOf(table, element.tdesc);
+      if (IsArrayOfDoubles(element.tdesc)) member.takesDoubles = true;
       const bool isResult = (element.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0;
       if (isResult) {
         member.result = kind;
@@ -96,7 +103,8 @@ std::vector<Member> AllMembers(const Component& component) {
     named->GetTypeAttr(&attributes);
     const IID interfaceId = attributes->guid;
     named->ReleaseTypeAttr(attributes);
-    AddMembers(*table, {classId, interfaceId, NameOf(*type, MEMBERID_NIL), 0, 0, 0, false, {}, VT_EMPTY},
+    AddMembers(*table,
+               {classId, interfaceId, NameOf(*type, MEMBERID_NIL), 0, 0, 0, false, false, {}, VT_EMPTY},
                members);
   }
   return members;
@@ -164,7 +172,11 @@ HarmlessArgument::HarmlessArgument(VARTYPE type) {
   }
 }
 
-HarmlessArgument::~HarmlessArgument() = default;
+HarmlessArgument::~HarmlessArgument() {
+  if ((variable_.vt & VT_ARRAY) != 0 && variable_.parray != nullptr) {
+    EXPECT_EQ(0u, variable_.parray->cLocks) << "a lock was left";
+  }
+}
 
 DialogRefuser::DialogRefuser()
     : hook_(SetWindowsHookExW(WH_CBT, RefuseDialogs, nullptr, GetCurrentThreadId())) {

@@ -16,6 +16,7 @@ struct Member {
   WORD kind;  // DISPATCH_METHOD, ...
   ULONG_PTR tableOffset;
   bool isVariadic;
+  bool takesDoubles;                // in an array
   std::vector<VARTYPE> parameters;  // VT_BYREF for pointers, VT_ARRAY | VT_BYREF for arrays
   VARTYPE result;                   // likewise; VT_EMPTY without one
 };

@@ -164,16 +164,47 @@ TEST(ManifestTest, LetsHostsMakeEveryClassWithoutRegistration) {
   ReleaseActCtx(context);
 }
 
-TEST(VersionTest, TellsItsVersion) {
-  const std::wstring& path = Component::Default().Path();
-  const HMODULE module = GetModuleHandleW(path.c_str());
+/// The version resource of the component as 16-bit units.
+std::wstring VersionResource() {
+  const HMODULE module = GetModuleHandleW(Component::Default().Path().c_str());
   const HRSRC version = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
-  ASSERT_NE(nullptr, version);
-  const auto* const words = static_cast<const WORD*>(LockResource(LoadResource(module, version)));
-  const auto* const fixed = reinterpret_cast<const VS_FIXEDFILEINFO*>(words + 20);
+  EXPECT_NE(nullptr, version);
+  if (version == nullptr) return {};
+  const auto* const units = static_cast<const wchar_t*>(LockResource(LoadResource(module, version)));
+  return {units, SizeofResource(module, version) / sizeof(wchar_t)};
+}
+
+/// The text that the resource holds under a name, which a 1 announces.
+std::wstring TextUnder(const std::wstring& resource, const std::wstring& name) {
+  const std::size_t at = resource.find(L'\1' + name + L'\0');
+  EXPECT_NE(std::wstring::npos, at) << std::string(name.begin(), name.end());
+  if (at == std::wstring::npos) return {};
+  const std::size_t first =
+      resource.find_first_not_of(L'\0', at + 1 + name.size());  // it stands at a whole 32 bits
+  return resource.substr(first, resource.find(L'\0', first) - first);
+}
+
+TEST(VersionTest, TellsItsVersion) {
+  const std::wstring resource = VersionResource();
+  ASSERT_GT(resource.size(), 20 + sizeof(VS_FIXEDFILEINFO) / sizeof(wchar_t));
+  const auto* const fixed = reinterpret_cast<const VS_FIXEDFILEINFO*>(resource.data() + 20);
   EXPECT_EQ(0xFEEF04BDu, fixed->dwSignature);
   EXPECT_EQ(static_cast<DWORD>(VORQUILL21_VERSION_MAJOR) << 16 | VORQUILL21_VERSION_MINOR,
             fixed->dwFileVersionMS);
+  EXPECT_EQ(fixed->dwFileVersionMS, fixed->dwProductVersionMS);
+  EXPECT_EQ(static_cast<DWORD>(VFT_DLL), fixed->dwFileType);
+}
+
+TEST(VersionTest, TellsWhatItIs) {
+  const std::wstring resource = VersionResource();
+  const std::wstring version =
+      std::to_wstring(VORQUILL21_VERSION_MAJOR) + L'.' + std::to_wstring(VORQUILL21_VERSION_MINOR) + L'.';
+  EXPECT_EQ(0u, TextUnder(resource, L"FileVersion").find(version));
+  EXPECT_EQ(0u, TextUnder(resource, L"ProductVersion").find(version));
+  EXPECT_EQ(L"Vorquill21", TextUnder(resource, L"ProductName"));
+  EXPECT_EQ(L"Vorquill21.dll", TextUnder(resource, L"OriginalFilename"));
+  EXPECT_EQ(L"Vorquill21 automation component", TextUnder(resource, L"FileDescription"));
+  EXPECT_NE(std::wstring::npos, resource.find(L"OLESelfRegister"));
 }
 
 }  // namespace

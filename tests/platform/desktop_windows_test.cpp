@@ -180,6 +180,53 @@ TEST_F(WindowsDesktopTest, OpeningADocumentWithoutAProgramSaysSo) {
             31);
 }
 
+DocumentRequest Open(const Text& document) {
+  return {.document = document,
+          .verb = u"Open",
+          .parameters = u"",
+          .folder = u"C:\\",
+          .showMode = 0,
+          .ownedByDesktop = false};
+}
+
+TEST_F(WindowsDesktopTest, OpeningADocumentWhosePathIsTooLongForTheShellFindsNoFile) {
+  constexpr std::size_t kGreatestPath = 259;
+  const test::FileFolder folder;
+  folder.Write(u"data.vq21unknown", "0");
+  Text path = folder.Below(u"data.vq21unknown");
+  const Text::size_type name = path.rfind(u'\\');
+  path.insert(name, path.size() % 2 == 0 ? u"\\" : u"");
+  while (path.size() < kGreatestPath) path.insert(name, u"\\.");
+  ASSERT_EQ(path.size(), kGreatestPath);
+  EXPECT_EQ(desktop_.OpenDocument(Open(path)), 31);
+  path.insert(name, u"\\");
+  EXPECT_EQ(desktop_.OpenDocument(Open(path)), 2);
+  EXPECT_EQ(desktop_.OpenDocument(Open(Text(9'999, u'x'))), 2);
+}
+
+/// A kind of address that the shell opens with a program that does nothing, as long as this lives.
+class AddressKind {
+ public:
+  AddressKind() {
+    constexpr wchar_t kCommand[] = L"C:\\windows\\system32\\cmd.exe /c exit";
+    RegSetKeyValueW(HKEY_CLASSES_ROOT, L"vq21test", L"URL Protocol", REG_SZ, L"", sizeof(wchar_t));
+    RegSetKeyValueW(HKEY_CLASSES_ROOT, L"vq21test\\shell\\open\\command", nullptr, REG_SZ, kCommand,
+                    sizeof kCommand);
+  }
+  AddressKind(const AddressKind&) = delete;
+  AddressKind& operator=(const AddressKind&) = delete;
+  ~AddressKind() { RegDeleteTreeW(HKEY_CLASSES_ROOT, L"vq21test"); }
+};
+
+TEST_F(WindowsDesktopTest, OpeningAnAddressThatIsLongerThanAPathIsLeftToTheShell) {
+  const AddressKind kind;
+  const Text address = u"vq21test:" + Text(500, u'x');
+  EXPECT_GT(desktop_.OpenDocument(Open(address)), 32);
+  EXPECT_EQ(desktop_.OpenDocument(Open(u"C" + address.substr(8))), 2) << "a path";
+  EXPECT_EQ(desktop_.OpenDocument(Open(u"vq21 test" + address.substr(8))), 2) << "neither";
+  EXPECT_EQ(desktop_.OpenDocument(Open(address + Text(1'575, u'x'))), 2) << "more than the shell takes";
+}
+
 TEST_F(WindowsDesktopTest, OpeningAProgramStartsItWithParametersAndFolder) {
   const test::FileFolder folder;
   constexpr std::int32_t kHidden = 0;

@@ -3,6 +3,7 @@
 #include <shlobj.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <memory>
 #include <string_view>
@@ -22,6 +23,27 @@ using ItemList = std::unique_ptr<std::remove_pointer_t<PIDLIST_ABSOLUTE>, TaskMe
 /// What an 8-bit call takes of a text: the part before the first NUL.
 std::string Narrow(const Locale& locale, TextView text) {
   return ToCodePage(locale, text.substr(0, text.find(u'\0')));
+}
+
+bool IsOfScheme(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '+' || c == '-' ||
+         c == '.';
+}
+
+/// Whether an address stands there, "https://...", "mailto:...", and not the path of a file.
+bool IsAddress(std::string_view document) {
+  constexpr std::size_t kDriveLength = 1;
+  const std::size_t schemeLength = document.find(':');
+  if (schemeLength == std::string_view::npos || schemeLength <= kDriveLength) return false;
+  const std::string_view scheme = document.substr(0, schemeLength);
+  return std::all_of(scheme.begin(), scheme.end(), IsOfScheme);
+}
+
+/// The shell copies what it opens into buffers of fixed size.
+bool IsTooLongForShell(std::string_view document) {
+  constexpr std::size_t kGreatestPath = MAX_PATH - 1;
+  constexpr std::size_t kGreatestAddress = 2083;
+  return document.size() > (IsAddress(document) ? kGreatestAddress : kGreatestPath);
 }
 
 bool WindowsCanBeSeen() {
@@ -61,11 +83,14 @@ void WindowsDesktop::Beep() {
 }
 
 std::int32_t WindowsDesktop::OpenDocument(const DocumentRequest& request) {
+  constexpr std::int32_t kNotFound = 2;
+  const std::string document = Narrow(locale_, request.document);
+  if (IsTooLongForShell(document)) return kNotFound;
   const ComApartment apartment;
   const HWND owner = request.ownedByDesktop ? GetDesktopWindow() : nullptr;
-  const HINSTANCE result = ShellExecuteA(
-      owner, Narrow(locale_, request.verb).c_str(), Narrow(locale_, request.document).c_str(),
-      Narrow(locale_, request.parameters).c_str(), Narrow(locale_, request.folder).c_str(), request.showMode);
+  const HINSTANCE result = ShellExecuteA(owner, Narrow(locale_, request.verb).c_str(), document.c_str(),
+                                         Narrow(locale_, request.parameters).c_str(),
+                                         Narrow(locale_, request.folder).c_str(), request.showMode);
   return static_cast<std::int32_t>(reinterpret_cast<INT_PTR>(result));
 }
 

@@ -13,6 +13,9 @@ class WindowsDesktop : public Desktop {
 
   void ShowMessage(TextView text, MessageStyle style, TextView title) override;
   void Beep() override;
+
+  /// A path of more than 259 bytes, or an address of more than 2083, is not handed to the shell, which has no
+  /// room for it: file not found.
   std::int32_t OpenDocument(const DocumentRequest& request) override;
   std::optional<Text> BrowseForFolder(std::int32_t ownerWindow, TextView title) override;
   std::int32_t SpecialFolder(std::int32_t identifier, Text& path) override;

@@ -15,6 +15,11 @@ std::wstring BoxText(const std::wstring& style, const std::wstring& title, const
   return L"box " + style + L" \"" + title + L"\": " + text;
 }
 
+std::wstring ErrorText(const std::wstring& number, const std::wstring& source,
+                       const std::wstring& description) {
+  return L"error " + number + L" from \"" + source + L"\": " + description;
+}
+
 std::wstring PropertyText(IDispatch& object, const wchar_t* name) {
   DISPPARAMS none{};
   Value value;
@@ -39,6 +44,7 @@ const Host::Member Host::kMembers[] = {
     {L"Expect", 3, &Host::Expect},
     {L"ExpectBox", 4, &Host::ExpectBox},
     {L"ExpectError", 5, &Host::ExpectError},
+    {L"ExpectHandlerError", 4, &Host::ExpectHandlerError},
     {L"Quit", 0, &Host::Quit},
     {L"ScratchFolder", 0, &Host::ScratchFolder},
     {L"ScriptFullName", 0, &Host::ScriptFullName},
@@ -53,11 +59,16 @@ bool Host::Finish() {
   Box box;
   while (dialogs_.Take(box))
     Check(L"at the end", BoxText(std::to_wstring(box.style), box.title, box.text), L"no box");
+  bool hasErrors = false;
+  for (UnhandledError error; script_.TakeError(error); hasErrors = true) {
+    std::printf("%s: error %ld from %s: %s\n", error.place.c_str(), error.number,
+                ToUtf8(error.source).c_str(), ToUtf8(error.description).c_str());
+  }
   std::error_code ignored;
   if (!scratchFolder_.empty()) std::filesystem::remove_all(scratchFolder_, ignored);
   std::printf("%d checks, %d failed\n", checks_, failed_);
   std::fflush(stdout);
-  return failed_ == 0;
+  return failed_ == 0 && !hasErrors;
 }
 
 HRESULT Host::QueryInterface(REFIID id, void** result) {
@@ -167,16 +178,21 @@ void Host::ExpectBox(const Arguments& arguments, VARIANT&) {
 void Host::ExpectError(const Arguments& arguments, VARIANT&) {
   IDispatch* error = ObjectIn(*arguments[1]);
   if (error == nullptr) throw HostError{DISP_E_TYPEMISMATCH, L"is no error object"};
-  const auto text = [](const std::wstring& number, const std::wstring& source,
-                       const std::wstring& description) {
-    return L"error " + number + L" from \"" + source + L"\": " + description;
-  };
   Check(AsText(*arguments[0]),
-        text(PropertyText(*error, L"Number"), PropertyText(*error, L"Source"),
-             PropertyText(*error, L"Description")),
-        text(AsText(*arguments[2]), AsText(*arguments[3]), AsText(*arguments[4])));
+        ErrorText(PropertyText(*error, L"Number"), PropertyText(*error, L"Source"),
+                  PropertyText(*error, L"Description")),
+        ErrorText(AsText(*arguments[2]), AsText(*arguments[3]), AsText(*arguments[4])));
   DISPPARAMS none{};
   Call(*error, L"Clear", DISPATCH_METHOD, none, nullptr);
+}
+
+void Host::ExpectHandlerError(const Arguments& arguments, VARIANT&) {
+  UnhandledError error;
+  const std::wstring found = script_.TakeError(error)
+                                 ? ErrorText(std::to_wstring(error.number), error.source, error.description)
+                                 : L"no error";
+  Check(AsText(*arguments[0]), found,
+        ErrorText(AsText(*arguments[1]), AsText(*arguments[2]), AsText(*arguments[3])));
 }
 
 void Host::Quit(const Arguments& arguments, VARIANT&) {

@@ -29,9 +29,13 @@ class Script;
 /// For tests:
 ///
 ///     Expect what, value, shown            the value is shown so, see value_text.hpp
-///     ExpectError what, Err, number, source, description     the error object holds this error, and is
-///     cleared ExpectBox what, style, title, text   the oldest message box that was not yet asked for was
-///     this one CancelNextDialog                     the next dialog is answered with Cancel instead of OK
+///     ExpectError what, Err, number, source, description
+///                                          the error object holds this error, and is cleared
+///     ExpectHandlerError what, number, source, description
+///                                          the oldest error of an event's procedure that was not yet asked
+///                                          for was this one
+///     ExpectBox what, style, title, text   the oldest message box that was not yet asked for was this one
+///     CancelNextDialog                     the next dialog is answered with Cancel instead of OK
 ///     Shown(value)
 ///     ArrayOf(shape, values)               see arrays.hpp
 ///     ScratchFolder                        a folder that is removed in the end
@@ -40,8 +44,9 @@ class Host final : public IDispatch {
  public:
   Host(Script& script, std::filesystem::path scriptFile, std::vector<std::wstring> arguments);
 
-  /// Ends the run: boxes that no check asked for count as failed checks, the closing line "N checks, M
-  /// failed" is printed. False when a check failed.
+  /// Ends the run: boxes that no check asked for count as failed checks; errors that no check asked for are
+  /// printed with file, line, column, number, source and description; the closing line "N checks, M failed"
+  /// is printed. False when a check failed or such an error was left.
   bool Finish();
 
   HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** result) override;
@@ -74,6 +79,7 @@ class Host final : public IDispatch {
   void Expect(const Arguments&, VARIANT&);
   void ExpectBox(const Arguments&, VARIANT&);
   void ExpectError(const Arguments&, VARIANT&);
+  void ExpectHandlerError(const Arguments&, VARIANT&);
   void Quit(const Arguments&, VARIANT&);
   void ScratchFolder(const Arguments&, VARIANT& result);
   void ScriptFullName(const Arguments&, VARIANT& result);

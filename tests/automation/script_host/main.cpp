@@ -58,9 +58,8 @@ int Run(std::vector<std::wstring> arguments) {
   }
   Script script(arguments[0]);
   Host host(script, arguments[0], {arguments.begin() + 1, arguments.end()});
-  const bool hasRun = script.Run(host);
-  const bool isWell = host.Finish();
-  return hasRun && isWell ? 0 : 1;
+  script.Run(host);
+  return host.Finish() ? 0 : 1;
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "tests/automation/script_host/script.hpp"
 
-#include <cstdio>
 #include <fstream>
 #include <iterator>
+#include <utility>
 
 namespace script_host {
 namespace {
@@ -28,7 +28,7 @@ long NumberOf(HRESULT code) {
 /// What the engine asks its host. A site with windows is what the script's own message boxes need.
 class Site final : public IActiveScriptSite, public IActiveScriptSiteWindow {
  public:
-  Site(std::string file, bool& hasFailed) : file_(std::move(file)), hasFailed_(hasFailed) {}
+  Site(std::string file, std::deque<UnhandledError>& errors) : file_(std::move(file)), errors_(errors) {}
 
   void SetHost(IDispatch& host) { host_ = Ask<IDispatch>(&host); }
 
@@ -73,20 +73,19 @@ class Site final : public IActiveScriptSite, public IActiveScriptSiteWindow {
     LONG column = 0;
     error->GetExceptionInfo(&what);
     error->GetSourcePosition(&context, &line, &column);
-    const long number = NumberOf(what.scode != 0 ? what.scode : what.wCode);
-    std::printf("%s(%lu, %ld): error %ld from %s: %s\n", file_.c_str(), line + 1, column + 1, number,
-                ToUtf8(TextOf(what.bstrSource)).c_str(), ToUtf8(TextOf(what.bstrDescription)).c_str());
+    errors_.push_back({file_ + "(" + std::to_string(line + 1) + ", " + std::to_string(column + 1) + ")",
+                       NumberOf(what.scode != 0 ? what.scode : what.wCode), TextOf(what.bstrSource),
+                       TextOf(what.bstrDescription)});
     SysFreeString(what.bstrSource);
     SysFreeString(what.bstrDescription);
     SysFreeString(what.bstrHelpFile);
-    hasFailed_ = true;
     return S_OK;
   }
 
  private:
   ULONG references_ = 1;
   std::string file_;
-  bool& hasFailed_;
+  std::deque<UnhandledError>& errors_;
   Owned<IDispatch> host_;
 };
 
@@ -103,13 +102,13 @@ void Demand(HRESULT result, const wchar_t* what) {
 }  // namespace
 
 Script::Script(const std::filesystem::path& file)
-    : file_(file), engine_(EngineFor(file)), site_(new Site(file.filename().string(), hasFailed_)) {}
+    : file_(file), engine_(EngineFor(file)), site_(new Site(file.filename().string(), errors_)) {}
 
 Script::~Script() {
   engine_->Close();
 }
 
-bool Script::Run(IDispatch& host) {
+void Script::Run(IDispatch& host) {
   const std::wstring content = ContentOf(file_);
   const auto parser = Ask<IActiveScriptParse>(engine_.get());
   static_cast<Site&>(*site_).SetHost(host);
@@ -120,8 +119,14 @@ bool Script::Run(IDispatch& host) {
   const HRESULT parsed = parser->ParseScriptText(content.c_str(), nullptr, nullptr, nullptr, 0, 0,
                                                  SCRIPTTEXT_ISVISIBLE, nullptr, nullptr);
   const HRESULT started = SUCCEEDED(parsed) ? engine_->SetScriptState(SCRIPTSTATE_CONNECTED) : parsed;
-  if (!hasFailed_) Demand(started, L"run the script");
-  return !hasFailed_;
+  if (errors_.empty()) Demand(started, L"run the script");
+}
+
+bool Script::TakeError(UnhandledError& error) {
+  if (errors_.empty()) return false;
+  error = std::move(errors_.front());
+  errors_.pop_front();
+  return true;
 }
 
 Owned<IDispatch> Script::Procedures() const {

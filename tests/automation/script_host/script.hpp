@@ -2,11 +2,20 @@
 
 #include <activscp.h>
 
+#include <deque>
 #include <filesystem>
 
 #include "tests/automation/script_host/com.hpp"
 
 namespace script_host {
+
+/// An error that nothing in the script handled: its own, which ended it, or that of an event's procedure.
+struct UnhandledError {
+  std::string place;  // "file.vbs(LINE, COLUMN)"
+  long number = 0;
+  std::wstring source;
+  std::wstring description;
+};
 
 /// A script in the engine that the extension of its file names: .vbs or .js.
 class Script {
@@ -18,9 +27,11 @@ class Script {
   ~Script();
 
   /// Runs the script to its end. `host` is what it knows as WScript; the members of that are also names of
-  /// their own. False when it ended with an error, or when an event's procedure did; errors are printed with
-  /// file, line, column, number, source and description.
-  bool Run(IDispatch& host);
+  /// their own.
+  void Run(IDispatch& host);
+
+  /// Takes the oldest error that was not handled; false when there is none.
+  bool TakeError(UnhandledError& error);
 
   /// The script's own procedures.
   Owned<IDispatch> Procedures() const;
@@ -29,7 +40,7 @@ class Script {
   std::filesystem::path file_;
   Owned<IActiveScript> engine_;
   Owned<IActiveScriptSite> site_;
-  bool hasFailed_ = false;
+  std::deque<UnhandledError> errors_;
 };
 
 }  // namespace script_host

@@ -13,6 +13,8 @@ Sub Log_EntryLogged(message, action)
     DisconnectObject log
   ElseIf mode = "release" Then
     Set other = Nothing
+  ElseIf mode = "fail" Then
+    Err.Raise 1001, "the handler", "cannot be noted"
   End If
 End Sub
 
@@ -94,6 +96,20 @@ Set other = WScript.CreateObject("Vorquill21.CLog", "Log_")
 other.Initialise path, 1000, False, True, ""
 other.AddEntry "fourth", logNormal
 Expect "a handler releases the log", Array(entries, other Is Nothing), "Variant(0 to 1) String '1:fourth|', Boolean True"
+
+entries = ""
+mode = "fail"
+ConnectObject log, "Log_"
+log.AddEntry "fifth", logNormal
+Expect "a handler fails", Array(entries, Err.Number), "Variant(0 to 1) String '1:fifth|', Long 0"
+log.AddEntry "sixth", logNormal
+Expect "it is called again", entries, "String '1:fifth|1:sixth|'"
+ExpectHandlerError "its error", 1001, "the handler", "cannot be noted"
+ExpectHandlerError "the next one", 1001, "the handler", "cannot be noted"
+mode = ""
+DisconnectObject log
+Expect "the entries stand in the log", Array(InStr(log.Text, "fifth") > 0, InStr(log.Text, "sixth") > 0), _
+  "Variant(0 to 1) Boolean True, Boolean True"
 
 ' Appended to, and redirected.
 log.Initialise path, -1, False, True, Empty
