@@ -96,8 +96,9 @@ class InterpolateStepsTest : public testing::Test {
   /// Plain numbers mostly, often a few of them equal; some beside which a difference or product overflows.
   double Number() {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    constexpr double kOdd[] = {0.0,      -0.0,  0x1p-1074, 0x1p-300,   1e200,        -1e200,
-                               0x1p1023, 1e-30, kInfinity, -kInfinity, std::nan(""), 0x1.8p1023};
+    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+    constexpr double kOdd[] = {0.0,      -0.0,  0x1p-1074, 0x1p-300,   1e200, -1e200,
+                               0x1p1023, 1e-30, kInfinity, -kInfinity, kNaN,  0x1.8p1023};
     if (Below(25) == 0) return kOdd[Below(std::size(kOdd))];
     if (Below(2) == 0) return static_cast<double>(Below(9)) - 4.0;
     return normal_(random_);
