@@ -16,7 +16,10 @@ bool COSUtils::GetSpecialFolderPath(std::int32_t anCLSID, Text& asPath) const {
   const std::int32_t result =
       ResultOr(kFailed, [&] { return platform_.GetDesktop().SpecialFolder(anCLSID, path); });
   const bool isFound = result == kFound;
-  if (!isFound) path = result == kMissing ? u"Folder Does Not Exist" : u"Folder Not Valid on this OS";
+  if (!isFound) {
+    const TextView reason = result == kMissing ? u"Folder Does Not Exist" : u"Folder Not Valid on this OS";
+    TranslatingMemoryErrors([&] { path = reason; });
+  }
   asPath = std::move(path);
   return isFound;
 }

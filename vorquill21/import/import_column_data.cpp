@@ -60,7 +60,7 @@ Variant CImportColumnData::ColumnData(std::int32_t anColumnIndex, std::int32_t a
 Variant CImportColumnData::ColumnHeaderData(std::int32_t anIndex) const {
   if (anIndex < 0 || anIndex > headerUpperBound_) throw LibraryError(kSubscriptOutOfRange);
   const auto index = static_cast<std::size_t>(anIndex);
-  return index < headers_.size() ? headers_[index] : Text();
+  return TranslatingMemoryErrors([&] { return index < headers_.size() ? headers_[index] : Text(); });
 }
 
 bool CImportColumnData::Import(Text* asStatus) {
@@ -68,9 +68,8 @@ bool CImportColumnData::Import(Text* asStatus) {
   try {
     TranslatingMemoryErrors([&] { ImportData(asStatus); });
   } catch (const LibraryError&) {
-    if (asStatus != nullptr) {
-      *asStatus = u"CImportColumnData.ImportData: An error occurred while importing data";
-    }
+    constexpr TextView kFailure = u"CImportColumnData.ImportData: An error occurred while importing data";
+    if (asStatus != nullptr) TranslatingMemoryErrors([&] { *asStatus = kFailure; });
     return false;
   }
   lastImportSuccessful_ = true;
@@ -133,7 +132,8 @@ void CImportColumnData::SettingsReadFromRegistry() {
   const Settings& settings = platform_.GetSettings();
   const char16_t decimalSeparator = platform_.GetLocale().DecimalSeparator();
   const auto stored = [&](TextView key, TextView defaultText) {
-    return settings.Get(kLibraryTitle, kSettingsSection, key, defaultText);
+    return TranslatingMemoryErrors(
+        [&] { return settings.Get(kLibraryTitle, kSettingsSection, key, defaultText); });
   };
   HeaderRow(ToInt32(stored(kHeaderRowKey, u"9"), decimalSeparator));
   FirstValueRow(ToInt32(stored(kFirstValueRowKey, u"11"), decimalSeparator));
@@ -144,9 +144,11 @@ void CImportColumnData::SettingsWriteToRegistry() const {
   const auto store = [this](TextView key, TextView value) {
     platform_.GetSettings().Set(kLibraryTitle, kSettingsSection, key, value);
   };
-  store(kHeaderRowKey, NumberToText(headerRow_));
-  store(kFirstValueRowKey, NumberToText(firstValueRow_));
-  store(kDelimiterKey, delimiter_);
+  TranslatingMemoryErrors([&] {
+    store(kHeaderRowKey, NumberToText(headerRow_));
+    store(kFirstValueRowKey, NumberToText(firstValueRow_));
+    store(kDelimiterKey, delimiter_);
+  });
 }
 
 }  // namespace vorquill21

@@ -44,12 +44,20 @@ class VORQUILL21_API CImportColumnData {
   std::int32_t DataRowCount() const noexcept { return dataRowCount_; }
 
   /// The text between two fields; empty at first. With an empty delimiter every import fails.
-  Text Delimiter() const { return delimiter_; }
-  void Delimiter(TextView asDelimiter) { delimiter_ = asDelimiter; }
+  Text Delimiter() const {
+    return TranslatingMemoryErrors([this] { return delimiter_; });
+  }
+  void Delimiter(TextView asDelimiter) {
+    TranslatingMemoryErrors([&] { delimiter_ = asDelimiter; });
+  }
 
   /// The file to be imported; empty at first.
-  Text Filepath() const { return filepath_; }
-  void Filepath(TextView asFilepath) { filepath_ = asFilepath; }
+  Text Filepath() const {
+    return TranslatingMemoryErrors([this] { return filepath_; });
+  }
+  void Filepath(TextView asFilepath) {
+    TranslatingMemoryErrors([&] { filepath_ = asFilepath; });
+  }
 
   /// Number of the first line of values, the first line of the file being 1; 0 at first. Up to HeaderRow + 1
   /// the values follow the header line.

@@ -32,9 +32,11 @@ std::int32_t Before(std::int32_t index) {
   const double dy = CheckedDifference(y2, y1);
   if (dx == 0.0) {
     if (dy == 0.0 && x == x1) return y1;
-    throw LibraryError(kInvalidPropertyValue,
-                       Text(kLibraryTitle) + u".CMathUtils.OneDLinearInterpolateFromPoints",
-                       u"X values are coincident");
+    throw TranslatingMemoryErrors([] {
+      return LibraryError(kInvalidPropertyValue,
+                          Text(kLibraryTitle) + u".CMathUtils.OneDLinearInterpolateFromPoints",
+                          u"X values are coincident");
+    });
   }
   const double slope = Checked(dy / dx, dy, dx);
   return CheckedSum(CheckedProduct(slope, CheckedDifference(x, x1)), y1);

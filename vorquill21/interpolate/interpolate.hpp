@@ -84,11 +84,10 @@ class VORQUILL21_API CInterpolate {
   /// Errors, and what the results hold then; `arStdDev` is 0 from the start:
   /// - 6 when m + 1 exceeds 32 bits, and 9 when `arX` has no elements: `arCoeffs` as it was;
   /// - 9 when m is negative, or `arY` lacks an index of `arX`: `arCoeffs` has its bounds and is 0;
-  /// - 11 when there are fewer than m + 1 different x, or a single point for m > 0: both hold the fit of the
-  /// highest
-  ///   order that the points support (all 0 for order 0);
-  /// - 6 when a coefficient or the deviation exceeds the largest double: coefficients before that one are
-  /// there.
+  /// - 11 when there are fewer than m + 1 different x, or a single point for m > 0: both hold the fit of
+  ///   the highest order that the points support (all 0 for order 0);
+  /// - 6 when a coefficient or the deviation exceeds the largest double: coefficients before that one
+  ///   are there.
   ///
   /// Cost: linear in the points for each order.
   void OneDPolynomialFit(ArrayView<const double> arX, ArrayView<const double> arY, std::int32_t anFitOrder,
@@ -117,13 +116,11 @@ class VORQUILL21_API CInterpolate {
   /// Errors, and what the results hold then; `arRMSDeviation` is as it was:
   /// - 9 when n is negative or `arXData` has no elements: `arCoeffs` as it was;
   /// - 9 when another array lacks an index of `arXData`: `arCoeffs` has its bounds and is 0;
-  /// - 11 when the points do not determine the coefficients, because they are fewer than the (n + 1) * (n +
-  /// 2) / 2
-  ///   terms, or lie (to 12 digits) on a straight line or another curve whose equation is a sum of these
-  ///   terms: `arCoeffs` has its bounds and is 0;
+  /// - 11 when the points do not determine the coefficients, because they are fewer than the
+  ///   (n + 1) * (n + 2) / 2 terms, or lie (to 12 digits) on a straight line or another curve whose
+  ///   equation is a sum of these terms: `arCoeffs` has its bounds and is 0;
   /// - 6 when a coefficient exceeds the largest double: coefficients before that one are there; when the
-  /// surface at a
-  ///   point or the deviation does: all of them.
+  ///   surface at a point or the deviation does: all of them.
   ///
   /// Cost: linear in the points, (n + 1) * (5 * n + 4) / 2 sums; the third power of the number of terms.
   void TwoDPolynomialFit(ArrayView<const double> arXData, ArrayView<const double> arYData,

@@ -131,7 +131,9 @@ CLog::CLog(Platform& platform) : platform_(platform), files_(platform), strings_
 void CLog::RequireInitialised(TextView routine) const {
   constexpr std::int32_t kNotInitialised = 1000;
   if (isInitialised_) return;
-  throw LibraryError(kNotInitialised, vorquill21::Text(u"CLog.").append(routine), u"Log not initialised");
+  throw TranslatingMemoryErrors([&] {
+    return LibraryError(kNotInitialised, vorquill21::Text(u"CLog.").append(routine), u"Log not initialised");
+  });
 }
 
 void CLog::AddEntryWhile(const std::exception_ptr& handled, TextView asLogEntry, ELogAction aeAction) {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "vorquill21/frame/types/library_error.hpp"
+
 namespace vorquill21 {
 namespace {
 
@@ -38,7 +40,9 @@ LogEvent::~LogEvent() {
 }
 
 LogEvent::Connection LogEvent::Connect(Handler handler) {
-  slots_.push_back(std::make_shared<Slot>(Slot{lastConnection_ + 1, std::move(handler)}));
+  TranslatingMemoryErrors([&] {
+    slots_.push_back(std::make_shared<Slot>(Slot{lastConnection_ + 1, std::move(handler)}));
+  });
   return ++lastConnection_;
 }
 
