@@ -47,7 +47,7 @@ struct FilterOptions {
   static std::optional<Moment> MomentOf(const std::string& text) {
     if (text.empty()) return std::nullopt;
     const std::optional<Moment> moment = MomentOfUser(text);
-    if (!moment) throw Failure(ExitCode::kUsage, "\"" + text + "\" is no time such as \"2026-11-21 10:05\"");
+    if (!moment) throw Failure(ExitCode::kUsage, "\"" + text + R"(" is no time such as "2026-11-21 10:05")");
     return moment;
   }
 };
