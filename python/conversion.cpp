@@ -265,7 +265,7 @@ py::array Owned(BoundedArray<double>&& array) {
   const Shape shape = ShapeOf(*owned);
   const double* elements = owned->Elements().data();
   const py::capsule owner(owned.get(), [](void* data) { delete static_cast<BoundedArray<double>*>(data); });
-  owned.release();
+  static_cast<void>(owned.release());
   return py::array_t<double>(shape, elements, owner);
 }
 

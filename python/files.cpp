@@ -33,7 +33,7 @@ void AddFiles(py::module_& module) {
           "asDir"_a, "asExtension"_a, "asFilesList"_a, "anFilesCount"_a)
       .Method<&C::OpenDoc>("OpenDoc", "Opens a document with its program; if it fails, asMsg says why.",
                            "asDocName"_a, "asMsg"_a)
-      .Method<&C::ParseFileDir>("ParseFileDir", "The folder part of a path, with its last \"\\\\\".",
+      .Method<&C::ParseFileDir>("ParseFileDir", R"(The folder part of a path, with its last "\\".)",
                                 "asFilePath"_a)
       .Method<&C::ParseFileExt>("ParseFileExt", "The extension of a path, without the dot.", "asFilePath"_a)
       .Method<&C::ParseFileName>("ParseFileName", "Name and extension of a path.", "asFilePath"_a)

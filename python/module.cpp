@@ -36,7 +36,7 @@ void AddErrors(py::module_& module) {
   module.attr("LibraryError") = py::module_::import("vorquill21._errors").attr("LibraryError");
   py::register_local_exception_translator([](std::exception_ptr raised) {
     try {
-      std::rethrow_exception(raised);
+      std::rethrow_exception(std::move(raised));
     } catch (const FailedCall& failed) {
       RaiseInPython(failed.error, failed.results);
     } catch (const LibraryError& error) {

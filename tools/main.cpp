@@ -15,11 +15,13 @@ ExitCode RunChosen(Session& session, Program& program) {
   Result result;
   ExitCode code;
   {
-    const std::string command = program.App().get_subcommands().front()->get_name();
-    Progress progress(command, session.GetTerminal().ErrorIsTerminal() && command != "log");
-    session.GetFiles().ReportTo(&progress);
+    const CLI::App& command = *program.App().get_subcommands().front();
+    const std::vector<CLI::App*> below = command.get_subcommands();
+    const bool follows = !below.empty() && below.front()->get_name() == "follow";
+    Progress progress(command.get_name(), session.GetTerminal().ErrorIsTerminal() && !follows);
+    session.ReportTo(&progress);
     code = program.Chosen()(session, result);
-    session.GetFiles().ReportTo(nullptr);
+    session.ReportTo(nullptr);
   }
   if (result.IsSilent()) return code;
   Terminal& terminal = session.GetTerminal();

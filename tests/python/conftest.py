@@ -1,5 +1,6 @@
 """What the tests of the Python module share."""
 
+import os
 import pathlib
 import struct
 
@@ -8,6 +9,11 @@ import pytest
 import vorquill21
 
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
+SANITIZED = "asan" in os.environ.get("LD_PRELOAD", "")
+
+# What measures memory is for the allocators that are used in earnest: the sanitizer keeps what was freed for a while, and
+# reserves address space for what it knows about memory.
+measures_memory = pytest.mark.skipif(SANITIZED, reason="the sanitizer's memory would be measured")
 
 
 def bits(value: float) -> str:

@@ -11,6 +11,7 @@ import numpy
 import pytest
 
 import vorquill21
+from conftest import measures_memory
 
 MEGABYTE = 1 << 20
 
@@ -33,18 +34,21 @@ def run_with_little_memory(code):
     return subprocess.run([sys.executable, "-c", textwrap.dedent(head) + code], capture_output=True, text=True)
 
 
+@measures_memory
 @pytest.mark.parametrize("values", ["values", "vorquill21.BoundedArray(values, 1)", "values[5:]", "memoryview(values)"])
 def test_an_array_of_doubles_is_read_where_it_lies(values):
     done = run_with_little_memory(f"print(statistics.Maximum({values})[0])")
     assert done.stdout == "0.0\n", done.stderr
 
 
+@measures_memory
 @pytest.mark.parametrize("values", ["values[::2]", "values.view('>f8')"])
 def test_any_other_array_is_converted(values):
     done = run_with_little_memory(f"print(statistics.Maximum({values})[0])")
     assert "MemoryError" in done.stderr
 
 
+@measures_memory
 def test_a_result_is_moved_and_owned_by_python():
     """A table of 32 MB is taken over, not copied: it is gone with its array."""
     utils = vorquill21.CMathUtils()
@@ -143,12 +147,14 @@ def growth(call):
     return sys.getallocatedblocks() - before
 
 
+@measures_memory
 @pytest.mark.parametrize("name", CALLS)
 def test_no_reference_is_left_behind(name):
     """Caches may grow for a while; a leak grows in every round."""
     assert min(growth(CALLS[name]) for _ in range(5)) < 20
 
 
+@measures_memory
 @pytest.mark.parametrize("name", CALLS)
 def test_no_memory_is_left_behind(name):
     """What the allocator of C++ gives, too."""

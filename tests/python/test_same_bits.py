@@ -29,7 +29,8 @@ def argument(told):
 
 
 def cases():
-    printed = subprocess.run([os.environ["VORQUILL21_CASES"]], check=True, capture_output=True, text=True).stdout
+    environment = {name: value for name, value in os.environ.items() if name != "LD_PRELOAD"}  # it is no interpreter
+    printed = subprocess.run([os.environ["VORQUILL21_CASES"]], check=True, capture_output=True, text=True, env=environment).stdout
     by_member = {}
     for line in printed.splitlines():
         class_name, member, arguments, results = json.loads(line)

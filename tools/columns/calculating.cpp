@@ -81,12 +81,8 @@ struct InterpCommand {
   void Declare(CLI::App& command) {
     options.Declare(command);
     options.DeclareRows(command);
-    command
-        .add_option("-x,--x", x,
-                    "The column of the nodes, which ascends or descends: header, or number counted from 0")
-        ->required()
-        ->type_name("COLUMN");
-    command.add_option("-y,--y", y, "The column of the values")->required()->type_name("COLUMN");
+    DeclareColumn(command, "-x,--x", x, "The column of the nodes, which ascends or descends");
+    DeclareColumn(command, "-y,--y", y, "The column of the values");
     command.add_option("POINT", points, "Where to interpolate; \"-\" reads numbers from standard input")
         ->required()
         ->type_name("");
@@ -147,47 +143,32 @@ struct InterpCommand {
 };
 
 struct FitCommand {
-  ColumnOptions options;
-  std::string x;
-  std::string y;
+  FitOptions options;
   std::string z;
-  std::int32_t order = 1;
   bool wantsResiduals = false;
 
   void Declare(CLI::App& command) {
     options.Declare(command);
-    options.DeclareRows(command);
-    command.add_option("-x,--x", x, "The column of x: header, or number counted from 0")
-        ->required()
-        ->type_name("COLUMN");
-    command.add_option("-y,--y", y, "The column of y")->required()->type_name("COLUMN");
     command.add_option("-z,--z", z, "The column of z: fit a surface over x and y")->type_name("COLUMN");
-    command.add_option("-n,--order", order, "The order of the polynomial")
-        ->type_name("N")
-        ->capture_default_str()
-        ->check(NumberBetween(0, 100));
     command.add_flag("--residuals", wantsResiduals, "List every point with its fitted value and residual");
   }
 
   ExitCode Run(Session& session, Result& result) const {
-    const ColumnTable table = options.Load(session);
-    const std::vector<double> xs = options.Values(table, table.ColumnNamed(x));
-    const std::vector<double> ys = options.Values(table, table.ColumnNamed(y));
-    if (xs.empty()) throw Failure(ExitCode::kRefused, options.file + " has no rows of values");
-    result.Add("order", "order", order);
+    const ColumnOptions& columns = options.columns;
+    const ColumnTable table = columns.Load(session);
+    const std::vector<double> xs = columns.Values(table, table.ColumnNamed(options.x));
+    const std::vector<double> ys = columns.Values(table, table.ColumnNamed(options.y));
+    if (xs.empty()) throw Failure(ExitCode::kRefused, columns.file + " has no rows of values");
+    result.Add("order", "order", options.order);
     result.Add("points", "points", xs.size());
     try {
       if (z.empty()) {
         FitCurve(xs, ys, result);
       } else {
-        FitSurface(xs, ys, options.Values(table, table.ColumnNamed(z)), result);
+        FitSurface(xs, ys, columns.Values(table, table.ColumnNamed(z)), result);
       }
     } catch (const LibraryError& error) {
-      if (error.Number() == kDivisionByZero) {
-        throw Failure(ExitCode::kRefused,
-                      "the points do not determine a polynomial of order " + std::to_string(order));
-      }
-      throw FailureOf("cannot fit a polynomial of order " + std::to_string(order), error);
+      throw options.FailureToFit(error);
     }
     return ExitCode::kGood;
   }
@@ -197,9 +178,9 @@ struct FitCommand {
     const CInterpolate interpolate;
     BoundedArray<double> coefficients;
     double deviation = 0;
-    interpolate.OneDPolynomialFit(xs, ys, order, coefficients, &deviation);
+    interpolate.OneDPolynomialFit(xs, ys, options.order, coefficients, &deviation);
     Value terms = Value::array();
-    for (std::int32_t power = 0; power <= order; ++power) {
+    for (std::int32_t power = 0; power <= options.order; ++power) {
       result.Add("", "x^" + std::to_string(power), coefficients(power + 1));
       terms.push_back(coefficients(power + 1));
     }
@@ -215,13 +196,13 @@ struct FitCommand {
     const CInterpolate interpolate;
     BoundedArray<double> coefficients;
     double deviation = 0;
-    interpolate.TwoDPolynomialFit(xs, ys, zs, order, coefficients, &deviation);
+    interpolate.TwoDPolynomialFit(xs, ys, zs, options.order, coefficients, &deviation);
     Value terms = Value::array();
-    for (std::int32_t i = 0; i <= order; ++i) {
+    for (std::int32_t i = 0; i <= options.order; ++i) {
       Value row = Value::array();
-      for (std::int32_t j = 0; j <= order; ++j) {
+      for (std::int32_t j = 0; j <= options.order; ++j) {
         row.push_back(coefficients(i, j));
-        if (i + j <= order)
+        if (i + j <= options.order)
           result.Add("", "y^" + std::to_string(i) + " x^" + std::to_string(j), coefficients(i, j));
       }
       terms.push_back(std::move(row));

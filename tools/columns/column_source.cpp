@@ -8,14 +8,6 @@ namespace {
 
 constexpr std::size_t kHeadLength = std::size_t{1} << 18;
 
-std::unique_ptr<ByteReader> Open(Session& session, const std::string& path) {
-  try {
-    return session.GetFiles().OpenForReading(FromUtf8(path));
-  } catch (const LibraryError& error) {
-    throw CannotRead(path, error);
-  }
-}
-
 std::string ReadHead(ByteReader& reader) {
   std::string head(kHeadLength, '\0');
   std::size_t filled = 0;
@@ -42,8 +34,14 @@ class SourceReader : public ByteReader {
   ColumnSource& source_;
 };
 
-ColumnSource::ColumnSource(Session& session, const std::string& path)
-    : ForwardingFiles(session.GetFiles()), reader_(Open(session, path)), head_(ReadHead(*reader_)) {}
+ColumnSource::ColumnSource(Session& session, const std::string& path) : ForwardingFiles(session.GetFiles()) {
+  try {
+    reader_ = session.GetFiles().OpenForReading(FromUtf8(path));
+    head_ = ReadHead(*reader_);
+  } catch (const LibraryError& error) {
+    throw CannotRead(path, error);
+  }
+}
 
 void ColumnSource::ReadRest() {
   std::array<char, 1 << 16> buffer;

@@ -14,7 +14,7 @@ class ColumnSource : public ForwardingFiles {
  public:
   using Observer = std::function<void(std::string_view)>;
 
-  /// Opens the file.
+  /// Opens the file and reads its beginning.
   ColumnSource(Session& session, const std::string& path);
 
   /// The beginning of the file, enough of it to see how it is laid out.

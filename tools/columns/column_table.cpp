@@ -1,5 +1,7 @@
 #include "columns/column_table.hpp"
 
+#include <cmath>
+
 #include "data_file/cell_text.hpp"
 
 namespace vorquill21::tool {
@@ -68,6 +70,31 @@ void ColumnOptions::DeclareRows(CLI::App& command) {
   command.add_option("--rows", rows, "Only these rows of values, counted from 1")->type_name("FIRST:LAST");
 }
 
+void DeclareColumn(CLI::App& command, const std::string& option, std::string& column,
+                   const std::string& description) {
+  command.add_option(option, column, description + ": header, or number counted from 0")
+      ->required()
+      ->type_name("COLUMN");
+}
+
+void FitOptions::Declare(CLI::App& command) {
+  columns.Declare(command);
+  columns.DeclareRows(command);
+  DeclareColumn(command, "-x,--x", x, "The column of x");
+  DeclareColumn(command, "-y,--y", y, "The column of y");
+  command.add_option("-n,--order", order, "The order of the polynomial")
+      ->type_name("N")
+      ->capture_default_str()
+      ->check(NumberBetween(0, 100));
+}
+
+Failure FitOptions::FailureToFit(const LibraryError& error) const {
+  const std::string polynomial = "a polynomial of order " + std::to_string(order);
+  if (error.Number() == kDivisionByZero)
+    return {ExitCode::kRefused, "the points do not determine " + polynomial};
+  return FailureOf("cannot fit " + polynomial, error);
+}
+
 ColumnTable ColumnOptions::Load(Session& session) const {
   ColumnSource source(session, file);
   return {session, source, LayoutFor(source.Head()), maxColumns, file};
@@ -96,14 +123,15 @@ Bounds ColumnOptions::RowRange(const ColumnTable& table) const {
   if (rows.empty()) return {0, last - 1};
   const std::size_t colon = rows.find(':');
   const auto bound = [](const std::string& text, std::int32_t otherwise) {
-    return text.empty() ? otherwise : static_cast<std::int32_t>(NumberArgument(text));
+    return text.empty() ? otherwise : NumberArgument(text);
   };
-  const std::int32_t from = bound(rows.substr(0, colon), 1);
-  const std::int32_t to = colon == std::string::npos ? from : bound(rows.substr(colon + 1), last);
-  if (from < 1 || to > last || from > to) {
+  const double from = bound(rows.substr(0, colon), 1);
+  const double to = colon == std::string::npos ? from : bound(rows.substr(colon + 1), last);
+  const bool areWhole = from == std::floor(from) && to == std::floor(to);
+  if (!areWhole || from < 1 || to > last || from > to) {
     throw Failure(ExitCode::kUsage, "there are no rows " + rows + "; the rows are 1:" + std::to_string(last));
   }
-  return {from - 1, to - 1};
+  return {static_cast<std::int32_t>(from) - 1, static_cast<std::int32_t>(to) - 1};
 }
 
 std::vector<double> ColumnOptions::Values(const ColumnTable& table, std::int32_t column) const {

@@ -61,4 +61,21 @@ struct ColumnOptions {
   Bounds RowRange(const ColumnTable& table) const;
 };
 
+/// A required option that names a column.
+void DeclareColumn(CLI::App& command, const std::string& option, std::string& column,
+                   const std::string& description);
+
+/// The options of commands that fit a polynomial to columns.
+struct FitOptions {
+  ColumnOptions columns;
+  std::string x;
+  std::string y;
+  std::int32_t order = 1;
+
+  void Declare(CLI::App& command);
+
+  /// Why there is no such polynomial.
+  Failure FailureToFit(const LibraryError& error) const;
+};
+
 }  // namespace vorquill21::tool

@@ -24,6 +24,9 @@ struct DiffCommand {
 
   /// Fields are compared by their names, wherever they stand; numbers by value, whatever their notation.
   ExitCode Run(Session& session, Result& result) const {
+    if (left == "-" && right == "-") {
+      throw Failure(ExitCode::kUsage, "the two files cannot both be standard input");
+    }
     DataFile leftData(session, left);
     DataFile rightData(session, right);
     std::vector<Result::Row> rows;

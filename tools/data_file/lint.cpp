@@ -39,7 +39,7 @@ class Inspection {
       if (record.name != u"DEC SEP") continue;
       const TextView value = Trimmed(ValueOf(record, contents_));
       if (!value.empty() && value != u"." && value != u",") {
-        Find("wrong-separator", "the decimal separator is neither \".\" nor \",\"", record.name, record.line);
+        Find("wrong-separator", R"(the decimal separator is neither "." nor ",")", record.name, record.line);
       }
       return;
     }

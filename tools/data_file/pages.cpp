@@ -29,6 +29,18 @@ std::vector<TablePage> PagesOfRun(DataFile& data, const PageRun& run, std::int32
 
 }  // namespace
 
+void DeclareTable(CLI::App& command, std::string& name) {
+  command.add_option("NAME", name, "The table, without \" PAGE 1\" when it has pages")
+      ->required()
+      ->type_name("");
+}
+
+void DeclarePage(CLI::App& command, std::int32_t& page) {
+  command.add_option("--page", page, "Only this page, counted from 1")
+      ->type_name("N")
+      ->check(PositiveNumber());
+}
+
 std::vector<TablePage> PagesOf(DataFile& data, const std::string& name, std::int32_t onlyPage) {
   const std::optional<Field> field = data.Read(name);
   if (field && field->table && onlyPage == 0) return {TablePage{0, *field->table}};

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "data_file/data_file.hpp"
+#include "program/arguments.hpp"
 
 namespace vorquill21::tool {
 
@@ -12,6 +13,12 @@ struct TablePage {
   std::int32_t number = 0;
   BoundedArray<double> cells;
 };
+
+/// The argument that names a table.
+void DeclareTable(CLI::App& command, std::string& name);
+
+/// The option that chooses one page; without it there are all.
+void DeclarePage(CLI::App& command, std::int32_t& page);
 
 /// The pages of a table; `onlyPage` chooses one, 0 all. Fails when there is no such table or page, or it
 /// cannot be read.

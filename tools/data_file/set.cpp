@@ -9,7 +9,8 @@ namespace {
 constexpr const char* kNoBrackets = "may not hold \"[\", tabs and line ends, as nothing would read it back";
 
 bool IsMissing(const std::string& path) {
-  return path != "-" && !std::filesystem::exists(path);
+  std::error_code error;  // what cannot be looked at will not be written, either
+  return path != "-" && !std::filesystem::exists(path, error);
 }
 
 struct SetCommand {

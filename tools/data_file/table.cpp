@@ -9,18 +9,6 @@
 namespace vorquill21::tool {
 namespace {
 
-void DeclareTable(CLI::App& command, std::string& name) {
-  command.add_option("NAME", name, "The table, without \" PAGE 1\" when it has pages")
-      ->required()
-      ->type_name("");
-}
-
-void DeclarePage(CLI::App& command, std::int32_t& page) {
-  command.add_option("--page", page, "Only this page, counted from 1")
-      ->type_name("N")
-      ->check(PositiveNumber());
-}
-
 void DescribeTable(Result& result, const std::string& name, const std::vector<TablePage>& pages) {
   result.Add("name", "", name);
   result.Add("rows", "", pages.front().cells.UpperBound(1) + 1);
@@ -293,9 +281,8 @@ struct TableImportCommand {
 }  // namespace
 
 void AddTable(CLI::App& app, Work& chosen) {
-  CLI::App& table = *app.add_subcommand("table", "Show, export and import tables of a data file");
-  table.require_subcommand(1);
-  table.footer("Example:\n  vorquill21 table show tyre.txt \"SHAPE FACTOR DATA\"");
+  CLI::App& table = AddGroup(app, "table", "Show, export and import tables of a data file",
+                             "table show tyre.txt \"SHAPE FACTOR DATA\"");
   AddCommand<TableShowCommand>(table, chosen, "show", "Print a table, with all pages or one",
                                "table show tyre.txt \"LATERAL FORCE DATA\" --page 2");
   AddCommand<TableExportCommand>(table, chosen, "export", "Write a table as delimited text",

@@ -105,9 +105,7 @@ struct PlotCurvesCommand {
   void Declare(CLI::App& command) {
     options.Declare(command);
     options.DeclareRows(command);
-    command.add_option("-x,--x", x, "The column of x: header, or number counted from 0")
-        ->required()
-        ->type_name("COLUMN");
+    DeclareColumn(command, "-x,--x", x, "The column of x");
     command.add_option("-y,--y", ys, "A column of y; may be given several times")
         ->required()
         ->type_name("COLUMN")
@@ -131,33 +129,22 @@ struct PlotCurvesCommand {
 };
 
 struct PlotFitCommand {
-  ColumnOptions options;
+  FitOptions options;
   DrawingOptions drawing;
-  std::string x;
-  std::string y;
-  std::int32_t order = 1;
 
   void Declare(CLI::App& command) {
     options.Declare(command);
-    options.DeclareRows(command);
-    command.add_option("-x,--x", x, "The column of x: header, or number counted from 0")
-        ->required()
-        ->type_name("COLUMN");
-    command.add_option("-y,--y", y, "The column of y")->required()->type_name("COLUMN");
-    command.add_option("-n,--order", order, "The order of the polynomial")
-        ->capture_default_str()
-        ->check(NumberBetween(0, 100))
-        ->type_name("N");
     drawing.Declare(command);
   }
 
   ExitCode Run(Session& session, Result& result) const {
-    const ColumnTable table = options.Load(session);
-    const std::int32_t xColumn = table.ColumnNamed(x);
-    const std::int32_t yColumn = table.ColumnNamed(y);
-    const Series points{table.Header(yColumn), options.Values(table, xColumn), options.Values(table, yColumn),
+    const ColumnOptions& columns = options.columns;
+    const ColumnTable table = columns.Load(session);
+    const std::int32_t xColumn = table.ColumnNamed(options.x);
+    const std::int32_t yColumn = table.ColumnNamed(options.y);
+    const Series points{table.Header(yColumn), columns.Values(table, xColumn), columns.Values(table, yColumn),
                         false, true};
-    if (points.x.empty()) throw Failure(ExitCode::kRefused, options.file + " has no rows of values");
+    if (points.x.empty()) throw Failure(ExitCode::kRefused, columns.file + " has no rows of values");
     Figure figure{.xLabel = table.Header(xColumn), .yLabel = table.Header(yColumn), .panels = {Panel{}}};
     figure.panels.front().series = {points, Curve(points)};
     return drawing.Write(figure, session, result);
@@ -169,11 +156,11 @@ struct PlotFitCommand {
     const CInterpolate interpolate;
     BoundedArray<double> coefficients;
     try {
-      interpolate.OneDPolynomialFit(points.x, points.y, order, coefficients);
+      interpolate.OneDPolynomialFit(points.x, points.y, options.order, coefficients);
     } catch (const LibraryError& error) {
-      throw FailureOf("cannot fit a polynomial of order " + std::to_string(order), error);
+      throw options.FailureToFit(error);
     }
-    Series curve{"fit of order " + std::to_string(order), {}, {}};
+    Series curve{"fit of order " + std::to_string(options.order), {}, {}};
     const auto [least, greatest] = std::ranges::minmax(points.x);
     for (int i = 0; i <= kSteps; ++i) {
       curve.x.push_back(least + (greatest - least) * i / kSteps);
@@ -225,12 +212,8 @@ struct PlotTableCommand {
 
   void Declare(CLI::App& command) {
     DeclareFile(command, file, "The data file");
-    command.add_option("NAME", name, "The table, without \" PAGE 1\" when it has pages")
-        ->required()
-        ->type_name("");
-    command.add_option("--page", page, "Only this page, counted from 1")
-        ->type_name("N")
-        ->check(PositiveNumber());
+    DeclareTable(command, name);
+    DeclarePage(command, page);
     LimitTo(command
                 .add_option("--as", style,
                             "curves: one for each column over the rows; map: rows and columns as axes")
@@ -297,9 +280,8 @@ struct PlotTableCommand {
 }  // namespace
 
 void AddPlotCommands(CLI::App& app, Work& chosen) {
-  CLI::App& plot = *app.add_subcommand("plot", "Draw columns and tables as SVG, as PNG or in the terminal");
-  plot.require_subcommand(1);
-  plot.footer("Example:\n  vorquill21 plot table tyre.txt \"LATERAL FORCE DATA\" --page 2");
+  CLI::App& plot = AddGroup(app, "plot", "Draw columns and tables as SVG, as PNG or in the terminal",
+                            "plot table tyre.txt \"LATERAL FORCE DATA\" --page 2");
   AddCommand<PlotCurvesCommand>(plot, chosen, "curves", "Draw columns over another column",
                                 "plot curves load-cell-calibration.txt --rows 1:20 -x Load -y Deflection");
   AddCommand<PlotFitCommand>(plot, chosen, "fit", "Draw points and the polynomial that fits them",

@@ -24,7 +24,7 @@ class DotCanvas {
     constexpr std::array<std::array<unsigned char, 2>, 4> kBits{
         {{0x01, 0x08}, {0x02, 0x10}, {0x04, 0x20}, {0x40, 0x80}}};
     if (x < 0 || y < 0 || x >= DotsAcross() || y >= DotsDown()) return;
-    const std::size_t at = Index(x, y);
+    const std::size_t at = Index(y / 4, x / 2);
     dots_[at] = static_cast<unsigned char>(
         dots_[at] | kBits[static_cast<std::size_t>(y % 4)][static_cast<std::size_t>(x % 2)]);
     colours_[at] = colour;
@@ -32,8 +32,8 @@ class DotCanvas {
 
   void SetLetter(int x, int y, char letter, int colour) {
     if (x < 0 || y < 0 || x >= DotsAcross() || y >= DotsDown()) return;
-    letters_[Index(x, y)] = letter;
-    colours_[Index(x, y)] = colour;
+    letters_[Index(y / 4, x / 2)] = letter;
+    colours_[Index(y / 4, x / 2)] = colour;
   }
 
   void DrawLine(int x, int y, int toX, int toY, int colour) {
@@ -46,7 +46,7 @@ class DotCanvas {
   std::string Line(int line, bool inColour) const {
     std::string text;
     for (int column = 0; column < columns_; ++column) {
-      const auto at = static_cast<std::size_t>(line * columns_ + column);
+      const std::size_t at = Index(line, column);
       const std::string character = letters_[at] != 0 ? std::string(1, letters_[at]) : Braille(dots_[at]);
       const bool isColoured = inColour && (dots_[at] != 0 || letters_[at] != 0);
       text +=
@@ -56,7 +56,10 @@ class DotCanvas {
   }
 
  private:
-  std::size_t Index(int x, int y) const { return static_cast<std::size_t>((y / 4) * columns_ + x / 2); }
+  std::size_t Index(int line, int column) const {
+    return static_cast<std::size_t>(line) * static_cast<std::size_t>(columns_) +
+           static_cast<std::size_t>(column);
+  }
 
   static std::string Braille(unsigned char dots) {
     if (dots == 0) return " ";

@@ -47,7 +47,7 @@ struct FilterOptions {
   static std::optional<Moment> MomentOf(const std::string& text) {
     if (text.empty()) return std::nullopt;
     const std::optional<Moment> moment = MomentOfUser(text);
-    if (!moment) throw Failure(ExitCode::kUsage, "\"" + text + "\" is no time such as \"2026-11-21 10:05\"");
+    if (!moment) throw Failure(ExitCode::kUsage, "\"" + text + R"(" is no time such as "2026-11-21 10:05")");
     return moment;
   }
 };
@@ -121,7 +121,7 @@ struct LogShowCommand {
     };
     ReadBlocks(*Open(session, file), [&](std::string_view block) {
       splitter.Add(block, take);
-      session.GetTerminal().Write(text);
+      if (!text.empty()) session.WriteFile("-", text);
       text.clear();
     });
     splitter.Finish(take);
@@ -216,9 +216,8 @@ struct LogFollowCommand {
 }  // namespace
 
 void AddLogCommands(CLI::App& app, Work& chosen) {
-  CLI::App& log = *app.add_subcommand("log", "Show and follow logs");
-  log.require_subcommand(1);
-  log.footer("Example:\n  vorquill21 log show session.log --kind warning --kind error");
+  CLI::App& log =
+      AddGroup(app, "log", "Show and follow logs", "log show session.log --kind warning --kind error");
   AddCommand<LogShowCommand>(log, chosen, "show", "Print the lines of a log, all or some",
                              "log show session.log --kind warning --text sensor");
   AddCommand<LogFollowCommand>(log, chosen, "follow", "Print the lines of a log as they are added",

@@ -39,7 +39,8 @@ struct SampleCommand {
 
   void RequireFree() const {
     for (const Sample& sample : Samples()) {
-      if (!overwrites && std::filesystem::exists(Path(sample))) {
+      std::error_code error;  // what cannot be looked at will not be written, either
+      if (!overwrites && std::filesystem::exists(Path(sample), error)) {
         throw Failure(ExitCode::kRefused, Path(sample) + " is there already; --force replaces it");
       }
     }

@@ -30,18 +30,18 @@ class Result {
   /// A named value: "label: value", or the member `key`. Without a label only programs see it,
   /// without a key only people.
   void Add(std::string key, std::string label, Value value) {
-    parts_.push_back(Named{std::move(key), std::move(label), std::move(value)});
+    parts_.emplace_back(Named{std::move(key), std::move(label), std::move(value)});
   }
 
   /// A list of things with the same properties: a table with a heading for each column (nothing when it has
   /// no rows), or an array of objects.
   void AddTable(std::string key, std::vector<Column> columns, std::vector<Row> rows) {
-    parts_.push_back(Table{std::move(key), std::move(columns), std::move(rows), false});
+    parts_.emplace_back(Table{std::move(key), std::move(columns), std::move(rows), false});
   }
 
   /// The same for few things with many properties: for people each thing is a column.
   void AddRecords(std::string key, std::vector<Column> columns, std::vector<Row> rows) {
-    parts_.push_back(Table{std::move(key), std::move(columns), std::move(rows), true});
+    parts_.emplace_back(Table{std::move(key), std::move(columns), std::move(rows), true});
   }
 
   /// Cells of one page of a table; the number 0 is that of a table without pages.
@@ -52,14 +52,16 @@ class Result {
 
   /// Pages of a table: tables without headings, or an array of objects with the members "page" and "cells".
   void AddPages(std::string key, std::vector<Page> pages) {
-    parts_.push_back(Pages{std::move(key), std::move(pages)});
+    parts_.emplace_back(Pages{std::move(key), std::move(pages)});
   }
 
   /// An array of values, each on a line of its own.
-  void AddLines(std::string key, Value values) { parts_.push_back(Lines{std::move(key), std::move(values)}); }
+  void AddLines(std::string key, Value values) {
+    parts_.emplace_back(Lines{std::move(key), std::move(values)});
+  }
 
   /// Text that only people see.
-  void AddText(std::string text) { parts_.push_back(std::move(text)); }
+  void AddText(std::string text) { parts_.emplace_back(std::move(text)); }
 
   void AddFinding(Finding finding) { findings_.push_back(std::move(finding)); }
 

@@ -1,6 +1,7 @@
 #include "program/arguments.hpp"
 
 #include <cctype>
+#include <limits>
 
 namespace vorquill21::tool {
 
@@ -26,6 +27,18 @@ void DeclareFile(CLI::App& command, std::string& file, const std::string& descri
   command.add_option("FILE", file, description + "; \"-\" is standard input")->required()->type_name("");
 }
 
+CLI::App& AddGroup(CLI::App& parent, const std::string& name, const std::string& description,
+                   const std::string& example) {
+  CLI::App* const group = parent.add_subcommand(name, description);
+  group->require_subcommand(1);
+  AddExample(*group, example);
+  return *group;
+}
+
+void AddExample(CLI::App& command, const std::string& example) {
+  command.footer("Example:\n  vorquill21 " + example);
+}
+
 void LimitTo(CLI::Option* option, const std::vector<std::string>& words) {
   std::string shown;
   for (const std::string& word : words) shown += (shown.empty() ? "" : "|") + word;
@@ -33,11 +46,15 @@ void LimitTo(CLI::Option* option, const std::vector<std::string>& words) {
 }
 
 CLI::Validator PositiveNumber() {
-  return CLI::Validator(CLI::PositiveNumber).description("");
+  return NumberBetween(1, std::numeric_limits<std::int32_t>::max());
 }
 
 CLI::Validator NumberFromZero() {
-  return CLI::Validator(CLI::NonNegativeNumber).description("");
+  return {[](const std::string& argument) {
+            const auto number = TextToNumber(std::string_view(argument), '.');
+            return number && *number >= 0 ? "" : Typed(argument) + " is no number from 0 on";
+          },
+          ""};
 }
 
 CLI::Validator NumberBetween(std::int32_t least, std::int32_t greatest) {

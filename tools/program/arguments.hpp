@@ -25,6 +25,13 @@ class Program {
   bool wantsJson_ = false;
 };
 
+/// Closes the help of a command with an example.
+void AddExample(CLI::App& command, const std::string& example);
+
+/// Adds a command to `parent` that is nothing by itself and needs one of the commands below it.
+CLI::App& AddGroup(CLI::App& parent, const std::string& name, const std::string& description,
+                   const std::string& example);
+
 /// Adds a command to `parent` with the line that describes it and an example to its help. `Options` is a
 /// struct with the members `void Declare(CLI::App&)`, which ties them to the command line, and
 /// `ExitCode Run(Session&, Result&) const`.
@@ -32,7 +39,7 @@ template <typename Options>
 CLI::App& AddCommand(CLI::App& parent, Work& chosen, const std::string& name, const std::string& description,
                      const std::string& example) {
   CLI::App* const command = parent.add_subcommand(name, description);
-  command->footer("Example:\n  vorquill21 " + example);
+  AddExample(*command, example);
   const auto options = std::make_shared<Options>();
   options->Declare(*command);
   command->callback([options, &chosen] {

@@ -19,13 +19,16 @@ class Session {
   Session();
 
   Terminal& GetTerminal() noexcept { return terminal_; }
-  UserFiles& GetFiles() noexcept { return files_; }
+  Files& GetFiles() noexcept { return files_; }
   QuietDesktop& GetDesktop() noexcept { return desktop_; }
   Locale& GetLocale() noexcept { return locale_; }
   Platform& GetPlatform() noexcept { return platform_; }
 
   /// Whether results are printed for programs.
   bool wantsJson = false;
+
+  /// Has the reading of files tell `progress` how far it has come; nullptr ends that.
+  void ReportTo(Progress* progress) noexcept { files_.ReportTo(progress); }
 
   /// Writes a whole file, or to standard output for "-".
   void WriteFile(const std::string& path, std::string_view bytes);
