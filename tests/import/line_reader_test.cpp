@@ -133,7 +133,7 @@ TEST(LineReaderTest, WholeLinesMayBePassedOverInWhatIsHeld) {
     LineReader reader = ReaderOf(content);
     for (std::size_t i = 0; i < first; ++i) reader.SkipLine();
     ASSERT_FALSE(reader.AtEnd());
-    const std::uint64_t before = reader.BytesPassed();
+    const auto before = static_cast<std::size_t>(reader.BytesPassed());
     const std::string_view held = reader.Held();
     EXPECT_TRUE(content.substr(before).starts_with(held));
     const std::size_t length = held.rfind('\n') + 1;
