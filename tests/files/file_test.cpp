@@ -5,6 +5,7 @@
 #include <string>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_number.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -176,6 +177,28 @@ TEST_F(CFileTest, DeliberateFileOfANameWithWildcardsExistsWhenAnyOrdinaryFileMat
   EXPECT_TRUE(file_.FileExists(u"/library/*.TXT"));
   EXPECT_TRUE(file_.FileExists(u"/library/d?ta.*"));
   EXPECT_FALSE(file_.FileExists(u"/library/*.dat"));
+}
+
+TEST_F(CFileTest, NamesThatHoldANulAreNoFilesAndNoFolders) {
+  using namespace std::string_view_literals;
+  constexpr TextView kWithNul = u"/library/data.txt\0"sv;
+  fake_.files.Replace(kPath, "x");
+  EXPECT_FALSE(file_.FileExists(kWithNul));
+  EXPECT_FALSE(file_.DirExists(u"/library\0"sv));
+  EXPECT_FALSE(file_.DirMake(u"/library/new\0"sv));
+  Text text = u"before";
+  EXPECT_FALSE(file_.FileReadAsString(kWithNul, text, false));
+  EXPECT_EQ(text, u"");
+  EXPECT_FALSE(file_.CompareFiles(kPath, kWithNul));
+  BoundedArray<Text> list;
+  std::int32_t count = -1;
+  file_.ListFilesMatchingExt(u"/library", u"txt\0"sv, list, count);
+  EXPECT_EQ(count, 0);
+  EXPECT_TRUE(Messages().empty());
+  EXPECT_FALSE(file_.FileWriteAsString(kWithNul, u"text", false));
+  EXPECT_EQ(Messages(), std::vector{ErrorMessage(WritingError(kWithNul))});
+  EXPECT_EQ(fake_.files.Content(kPath), "x");
+  EXPECT_EQ(test::RaisedNumber([&] { file_.DirMakeNested(u"\\library\\new\0"sv); }), kBadFileName);
 }
 
 // Reading.

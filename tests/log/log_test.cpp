@@ -56,6 +56,20 @@ TEST(UninitialisedLogTest, PropertiesAndTextRaiseNothing) {
   EXPECT_EQ(log.Text(), u"");
 }
 
+TEST(UninitialisedLogTest, AnInitialiseThatFailedInitialisesNothing) {
+  test::FakePlatform fake;
+  CLog log(fake.platform);
+  EXPECT_EQ(RaisedNumber([&] { log.Initialise(kLogPath, kNoBound, true, true, Missing{}); }), 13);
+  for (int i = 0; i < 2; ++i) {
+    ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"entry", logNormal); });
+    ExpectNotInitialised(u"CLog.StartLogging", [&] { log.StartLogging(); });
+  }
+  EXPECT_EQ(log.Filepath(), u"");
+  log.Initialise(kLogPath, kNoBound, true, true, u"");
+  log.AddEntry(u"entry", logNormal);
+  EXPECT_EQ(fake.files.Content(kLogPath), "entry\r\n");
+}
+
 // --- Initialise ------------------------------------------------------------------------------------------
 
 TEST_F(LogTest, InitialiseStoresAndWritesNothing) {
@@ -166,6 +180,25 @@ TEST_F(LogTest, EntriesAreMadeOneLineUnlessExact) {
     EXPECT_EQ(Added(row.entry, logExact), ToCodePage(fake.locale, row.entry) + "\r\n");
     EXPECT_EQ(Added(row.entry, logException), "* Warning: " + row.normal + "\r\n");
   }
+}
+
+TEST_F(LogTest, EveryOtherUnitOfAnEntryStaysAsItIs) {
+  using namespace std::string_view_literals;
+  EntryRecorder recorder(log);
+  EXPECT_EQ(Added(u"\0a\0\x1Fz\0"sv, logNormal), "\0a\0\x1Fz\0\r\n"sv);
+  EXPECT_EQ(Added(u"\0\r\n\0"sv, logNormal), "\0: \0\r\n"sv);
+  EXPECT_EQ(Added(u"\xD83D\xDE00 \xDE00\u0416\u00A0", logNormal), "?? ??\xA0\r\n");
+  EXPECT_EQ(recorder.entries.at(0).message, u"\0a\0\x1Fz\0"sv);
+  EXPECT_EQ(recorder.entries.at(2).message, u"\xD83D\xDE00 \xDE00\u0416\u00A0");
+}
+
+TEST_F(LogTest, ALongEntryIsOneLine) {
+  Text entry;
+  for (int i = 0; i < 100'000; ++i) entry += u"word\r\n\t";
+  const std::string bytes = Added(entry, logNormal);
+  EXPECT_EQ(bytes.size(), 100'000 * 7 + 2u);
+  EXPECT_TRUE(bytes.starts_with("word:  word:  "));
+  EXPECT_TRUE(bytes.ends_with("word:  \r\n"));
 }
 
 TEST_F(LogTest, AnEntryOfLineEndsAloneIsNotWritten) {
