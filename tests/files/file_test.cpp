@@ -237,6 +237,27 @@ TEST_F(CFileTest, DeliberateReadingRemovesOneLineEnd) {
   EXPECT_TRUE(Messages().empty());
 }
 
+TEST_F(CFileTest, ReadingFollowsTheStepsForAllShortFilesOfFourBytes) {
+  constexpr char kBytes[] = {'a', '\r', '\n', '\0'};
+  constexpr int kLongest = 5;
+  for (int length = 0; length <= kLongest; ++length) {
+    for (int number = 0; number < 1 << (2 * length); ++number) {
+      std::string bytes;
+      for (int i = 0; i < length; ++i) bytes += kBytes[(number >> (2 * i)) % 4];
+      fake_.files.Replace(kPath, bytes);
+      std::string expected = bytes + '\0';
+      bool isRead = true;
+      for (const char last : {'\0', '\n', '\r'}) {
+        isRead = isRead && !expected.empty();
+        if (isRead && expected.back() == last) expected.pop_back();
+      }
+      Text text = u"before";
+      ASSERT_EQ(file_.FileReadAsString(kPath, text), isRead) << number << " of " << length;
+      ASSERT_EQ(text, isRead ? FromCodePage(fake_.locale, expected) : Text()) << number << " of " << length;
+    }
+  }
+}
+
 TEST_F(CFileTest, DeliberateReadingFailsWhenNothingIsLeftToLookAt) {
   for (const std::string_view bytes : {"", "\n"}) {
     fake_.desktop.messages.clear();

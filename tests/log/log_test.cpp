@@ -8,6 +8,7 @@
 
 #include "tests/log/log_fixture.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/string_reference.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -179,6 +180,36 @@ TEST_F(LogTest, EntriesAreMadeOneLineUnlessExact) {
     EXPECT_EQ(Added(row.entry, logNormal), row.normal + "\r\n") << ToUtf8(row.entry);
     EXPECT_EQ(Added(row.entry, logExact), ToCodePage(fake.locale, row.entry) + "\r\n");
     EXPECT_EQ(Added(row.entry, logException), "* Warning: " + row.normal + "\r\n");
+  }
+}
+
+/// What an entry that is not exact becomes, one step after the other.
+Text LineStepByStep(Text line) {
+  while (line.ends_with(u'\r') || line.ends_with(u'\n')) line.pop_back();
+  line = test::ReplaceMultiStepByStep(line, u"\r\n", u": ");
+  line = test::ReplaceMultiStepByStep(line, u"\r", u": ");
+  line = test::ReplaceMultiStepByStep(line, u"\n", u"");
+  return test::ReplaceMultiStepByStep(line, u"\t", u" ");
+}
+
+TEST_F(LogTest, EntriesFollowTheStepsForAllShortTextsOfFiveUnits) {
+  constexpr TextView kUnits = u"a\r\n\t ";
+  constexpr std::size_t kLongest = 6;
+  log.Initialise(u"/nowhere/host.log", kNoBound, false, true, u"");
+  EntryRecorder recorder(log);
+  for (std::size_t length = 1, count = kUnits.size(); length <= kLongest; ++length, count *= kUnits.size()) {
+    for (std::size_t number = 0; number < count; ++number) {
+      Text entry;
+      for (std::size_t rest = number; entry.size() < length; rest /= kUnits.size()) {
+        entry += kUnits[rest % kUnits.size()];
+      }
+      recorder.entries.clear();
+      for (const ELogAction action : {logExact, logNormal, logException}) log.AddEntry(entry, action);
+      std::vector<LoggedEntry> expected{{entry, logExact}};
+      if (const Text line = LineStepByStep(entry); !line.empty()) expected.push_back({line, logNormal});
+      expected.push_back({LineStepByStep(u"* Warning: " + entry), logException});
+      ASSERT_EQ(recorder.entries, expected);
+    }
   }
 }
 
