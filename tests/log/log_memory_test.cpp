@@ -76,6 +76,23 @@ TEST_P(MemoryOfLogsTest, AShortageRaisesNothingButErrorSeven) {
   }
 }
 
+TEST(MemoryOfLogsTest, WhatRaisesNothingButError1000RaisesNothingDuringAShortage) {
+  const auto raisesNothing = [](void (*run)(Setting&)) {
+    for (const int count : {1, 2, 1000}) {
+      bool isHit = true;
+      for (int first = 1; isHit; ++first) {
+        Setting setting;
+        const MemoryShortage shortage(first, count);
+        EXPECT_NO_THROW(run(setting)) << first << ", " << count;
+        isHit = MemoryShortage::Hit();
+      }
+    }
+  };
+  raisesNothing([](Setting& setting) { setting.log.StartLogging(); });
+  raisesNothing([](Setting& setting) { setting.log.View(); });
+  raisesNothing([](Setting& setting) { setting.log.Text(); });
+}
+
 TEST(MemoryOfLogsTest, EveryHandlerIsCalledOrNoneWhenMemoryRunsOut) {
   int writtenWithoutCall = 0;
   bool isHit = true;
