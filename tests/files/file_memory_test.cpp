@@ -7,6 +7,7 @@
 #include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "vorquill21/files/file.hpp"
+#include "vorquill21/files/os_utils.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -156,6 +157,36 @@ TEST_P(CFileMemoryTest, AShortageIsAFailureLikeAnyOtherAndRaisesNothing) {
       const bool isRewritten = isDone && GetParam().first.starts_with("FileWrite");
       EXPECT_EQ(setting.fake.files.Content(kPath),
                 isRewritten ? "a new text that needs memory\r\n" : "the content of a file\r\n");
+    }
+  }
+}
+
+TEST(CFileMemoryUseTest, Crc32MakeTakesMemoryForABlockOfTheText) {
+  test::FakePlatform fake;
+  const CFile file(fake.platform);
+  const Text text(4'000'000, u'x');
+  const test::MemoryUse use;
+  file.Crc32Make(text);
+  EXPECT_LE(test::MemoryUse::AskedBytes(), 100'000u);
+}
+
+TEST(COSUtilsMemoryTest, AShortageLeavesTheReasonOutAndRaisesNothing) {
+  for (const int count : {1, 2, 1000}) {
+    bool isHit = true;
+    for (int first = 1; isHit; ++first) {
+      test::FakePlatform fake;
+      fake.desktop.specialFolders[eSpecialFolder_PERSONAL] = kFolder;
+      const COSUtils utils(fake.platform);
+      Text path = u"what the caller had there before";
+      Text missing = u"what the caller had there before";
+      const bool isFound = Shortage{first, count}.During(
+          [&] { return utils.GetSpecialFolderPath(eSpecialFolder_PERSONAL, path); });
+      isHit = MemoryShortage::Hit();
+      EXPECT_FALSE(Shortage({first, count}).During([&] { return utils.GetSpecialFolderPath(-1, missing); }));
+      isHit = isHit || MemoryShortage::Hit();
+      EXPECT_EQ(path, isFound ? kFolder : path.empty() ? u"" : u"Folder Not Valid on this OS");
+      EXPECT_TRUE(missing.empty() || missing == u"Folder Not Valid on this OS");
+      EXPECT_EQ(missing.empty(), MemoryShortage::Hit());
     }
   }
 }

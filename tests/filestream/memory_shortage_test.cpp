@@ -79,6 +79,7 @@ const std::vector<std::pair<std::string, Operation>> kOperations = {
     {"AddField", [](CFileStream& stream) { stream.AddField(kLongName, kValues); }},
     {"AddTable2d", [](CFileStream& stream) { stream.AddTable2d(kLongName, kTable); }},
     {"AddTable3d", [](CFileStream& stream) { stream.AddTable3d(kLongName, kCube); }},
+    {"FieldExists", [](CFileStream& stream) { stream.FieldExists(kLongName); }},
     {"FileRead",
      [](CFileStream& stream) {
        Text text;
@@ -100,6 +101,7 @@ const std::vector<std::pair<std::string, Operation>> kOperations = {
     {"RemoveField", [](CFileStream& stream) { stream.RemoveField(kLongName); }},
     {"SetContents",
      [](CFileStream& stream) { stream.SetContents(u"[FILEVERSION]\tA LONGER VERSION 3\r\n"); }},
+    {"FileVersion", [](CFileStream& stream) { stream.FileVersion(); }},
     {"FileVersionNumber", [](CFileStream& stream) { stream.FileVersionNumber(); }},
     {"FileVersionType", [](CFileStream& stream) { stream.FileVersionType(); }},
 };
@@ -146,6 +148,24 @@ TEST(CFileStreamMemoryTest, TableIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(setting.stream.GetContents(), before);
   });
   EXPECT_TRUE(isAdded);
+}
+
+TEST(CFileStreamMemoryTest, FileThatIsReadIsInTheTextAndInTheDocumentOrInNeither) {
+  const Text content = u"[DEC SEP]\t.\r\n[NEW]\t1.25\r\n\r";
+  for (const int count : {1, 2, 3, 1000}) {
+    Text text;
+    const auto read = [&](CFileStream& stream) {
+      text.clear();
+      stream.FileRead(kPath, &text);
+    };
+    ForEachShortage(count, read, [&](Setting& setting, const Outcome&) {
+      const bool isRead = text == content;
+      EXPECT_TRUE(isRead || text.empty());
+      EXPECT_EQ(setting.stream.FieldExists(u"NEW"), isRead);
+      EXPECT_EQ(setting.stream.FieldExists(u"LAST"), !isRead);
+    });
+    EXPECT_EQ(text, content);
+  }
 }
 
 TEST(CFileStreamMemoryTest, LookUpThatFailsIsReportedWithTheFieldsName) {

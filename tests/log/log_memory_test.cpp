@@ -6,7 +6,6 @@
 
 #include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
-#include "vorquill21/files/os_utils.hpp"
 #include "vorquill21/log/log.hpp"
 
 namespace vorquill21 {
@@ -24,7 +23,6 @@ struct Setting {
   test::FakePlatform fake;
   CLog log{fake.platform};
   CLog otherLog{fake.platform};
-  COSUtils osUtils{fake.platform};
 };
 
 /// A step that is short of memory, and the number that it raises with enough of it, 0 when none.
@@ -46,12 +44,10 @@ const std::vector<Step> kSteps = {
     {"View", [](Setting& setting) { setting.log.View(); }},
     {"ViewUninitialised", [](Setting& setting) { setting.otherLog.View(); }, 1000},
     {"Text", [](Setting& setting) { setting.log.Text(); }},
+    {"Filepath", [](Setting& setting) { setting.log.Filepath(); }},
+    {"Making", [](Setting& setting) { CLog(setting.fake.platform).Filepath(); }},
+    {"MakingAnEvent", [](Setting&) { LogEvent().Disconnect(0); }},
     {"Connect", [](Setting& setting) { setting.log.EntryLogged.Connect([](TextView, ELogAction) {}); }},
-    {"GetSpecialFolderPath",
-     [](Setting& setting) {
-       Text path;
-       setting.osUtils.GetSpecialFolderPath(-1, path);
-     }},
 };
 
 class MemoryOfLogsTest : public ::testing::TestWithParam<Step> {};
@@ -78,6 +74,45 @@ TEST_P(MemoryOfLogsTest, AShortageRaisesNothingButErrorSeven) {
       EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
     }
   }
+}
+
+TEST(MemoryOfLogsTest, WhatRaisesNothingButError1000RaisesNothingDuringAShortage) {
+  const auto raisesNothing = [](void (*run)(Setting&)) {
+    for (const int count : {1, 2, 1000}) {
+      bool isHit = true;
+      for (int first = 1; isHit; ++first) {
+        Setting setting;
+        const MemoryShortage shortage(first, count);
+        EXPECT_NO_THROW(run(setting)) << first << ", " << count;
+        isHit = MemoryShortage::Hit();
+      }
+    }
+  };
+  raisesNothing([](Setting& setting) { setting.log.StartLogging(); });
+  raisesNothing([](Setting& setting) { setting.log.View(); });
+  raisesNothing([](Setting& setting) { setting.log.Text(); });
+}
+
+TEST(MemoryOfLogsTest, EveryHandlerIsCalledOrNoneWhenMemoryRunsOut) {
+  int writtenWithoutCall = 0;
+  bool isHit = true;
+  for (int first = 1; isHit; ++first) {
+    Setting setting;
+    int calls = 0;
+    for (int i = 0; i < 3; ++i) setting.log.EntryLogged.Connect([&](TextView, ELogAction) { ++calls; });
+    {
+      const MemoryShortage shortage(first);
+      try {
+        setting.log.AddEntry(u"an entry that needs memory", logNormal);
+      } catch (const LibraryError& error) {
+        EXPECT_EQ(error.Number(), kOutOfMemory);
+      }
+      isHit = MemoryShortage::Hit();
+    }
+    EXPECT_TRUE(calls == 3 || (isHit && calls == 0)) << calls;
+    if (calls == 0 && setting.log.Text() == u"an entry that needs memory") ++writtenWithoutCall;
+  }
+  EXPECT_EQ(writtenWithoutCall, 1);
 }
 
 }  // namespace

@@ -78,7 +78,9 @@ class VORQUILL21_API CLog {
   }
 
   /// The path of the file, as Initialise was given it; empty before.
-  vorquill21::Text Filepath() const { return filepath_; }
+  vorquill21::Text Filepath() const {
+    return TranslatingMemoryErrors([this] { return filepath_; });
+  }
 
   /// Sets the file, the number of characters that StartLogging cuts it to, whether diagnostic entries are
   /// written, whether StartLogging keeps what an existing file holds, and the title, converted to text.
