@@ -39,18 +39,18 @@ void ImportAndStore(const example::Session& session, TextView dataFolder, TextVi
   example::ReadCalibrationBack(session, calibration, path, expectations);
 }
 
-/// Does `work` within a logging period and mirrors what is logged between the banners.
+/// Does `work` within a logging period and mirrors what is logged.
 template <typename Work>
 void WithLog(CLog& log, TextView path, Work work) {
   constexpr std::int32_t kMaxFileChars = 100'000;
   log.Initialise(path, kMaxFileChars, /*abLogDiagnostics=*/false, /*abAppendEntries=*/false,
                  u"import_and_store");
-  log.StartLogging();
   const auto mirror = log.EntryLogged.Connect(
       [](TextView message, ELogAction) { example::Say(Text(u"[log] ").append(message)); });
+  log.StartLogging();
   work();
-  log.EntryLogged.Disconnect(mirror);
   log.StopLogging();
+  log.EntryLogged.Disconnect(mirror);
 }
 
 void Run(TextView dataFolder, TextView outputFolder, example::Expectations& expectations) {
@@ -66,6 +66,7 @@ void Run(TextView dataFolder, TextView outputFolder, example::Expectations& expe
   example::SayTitle(u"Self-tests");
   constexpr std::int32_t kRunAndReport = 2;
   session.library.Initialise(BoundedArray<Variant>(std::vector<Variant>{kRunAndReport}));
+  expectations.Expect(desktop.LastStyle() == kInformation, u"the self-tests pass");
 
   example::SayTitle(u"Summary");
   const Variant lines = session.library.LibString()->SplitMulti(session.Log().Text(), u"\r\n");

@@ -89,8 +89,9 @@ void StoreCalibration(const Session& session, const Calibration& calibration, co
 void ReadCalibrationBack(const Session& session, const Calibration& calibration, TextView path,
                          Expectations& expectations) {
   SayTitle(u"Read back: calibration.txt");
-  CFileStream stream(session.platform);
+  CFileStream& stream = *session.library.LibFilestream();
   stream.Initialise(kVersion, Versions({u"CALIBRATION 1.1"}));
+  expectations.Expect(!stream.FieldExists(u"INSTRUMENT"), u"a new document holds nothing of the last one");
   expectations.Expect(stream.FileRead(path), u"the file is read");
   Say(u"version " + stream.FileVersion() + u", number " + stream.FileVersionNumber());
   Say(u"instrument: " + stream.GetFieldString(u"INSTRUMENT").As<Text>());

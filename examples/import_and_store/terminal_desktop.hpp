@@ -18,11 +18,15 @@ class TerminalDesktop : public vorquill21::Desktop {
 
   int MessageCount() const { return messageCount_; }
 
+  /// The style of the last message box; an exclamation mark before there was one.
+  vorquill21::MessageStyle LastStyle() const { return lastStyle_; }
+
  private:
   static constexpr std::int32_t kNoProgram = 31;
   static constexpr std::int32_t kMissingFolder = 1;
 
   int messageCount_ = 0;
+  vorquill21::MessageStyle lastStyle_ = vorquill21::kExclamation;
 };
 
 }  // namespace example

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/frame/installed_library.hpp"
+#include "tests/support/faulty_platform.hpp"
 #include "tests/support/raised_number.hpp"
 
 namespace vorquill21::test {
@@ -248,6 +249,31 @@ TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
                             u"SelfTest_IsCompatibleVersion\rSelfTest_3dTable\r",
                             48, u"Self Tests in Kestrovan"}));
   }
+}
+
+TEST(MainTest, EveryFaultEndsInOneReportOrInTheErrorOfTheLogsFile) {
+  int raised = 0;
+  const int faults = ForEachFault(kDeviceInputOutput, [&](FaultPlan& plan) {
+    InstalledLibrary library;
+    FaultyPlatform faulty(library.platform, plan);
+    const Main main(faulty.platform);
+    const std::int32_t number = RaisedNumber([&] { main.Initialise(Arguments({2})); });
+    if (number != 0) {
+      EXPECT_EQ(number, kDeviceInputOutput);
+      EXPECT_TRUE(library.desktop.messages.empty());
+      ++raised;
+      return;
+    }
+    ASSERT_EQ(library.desktop.messages.size(), 1u);
+    const ShownMessage& report = library.desktop.messages.front();
+    const bool passed = report == ShownMessage{u"All self tests passed", 64, u"Vorquill21"};
+    EXPECT_TRUE(passed ||
+                (report.text.starts_with(u"Failed the following tests:\r") && report.text.ends_with(u"\r") &&
+                 report.style == 48 && report.title == u"Self Tests in Kestrovan"));
+    EXPECT_EQ(library.desktop.beeps, passed ? 0 : 1);
+  });
+  EXPECT_GT(faults, 40);
+  EXPECT_EQ(raised, 1);
 }
 
 }  // namespace

@@ -443,7 +443,7 @@ TEST_F(LogTest, StartingForgetsWarnings) {
 
 // --- View and Text ---------------------------------------------------------------------------------------
 
-TEST_F(LogTest, ViewAsksTheDesktopAndIgnoresWhatComesOfIt) {
+TEST_F(LogTest, DeliberateViewGivesTheShellZerosAndIgnoresWhatComesOfIt) {
   for (const std::int32_t result : {33, 2, 0}) {
     fake.desktop.openResult = result;
     EXPECT_TRUE(log.View(u"not used"));

@@ -103,7 +103,8 @@ TEST_F(XdgOpenTest, ADocumentWithoutAProgramIsNotOpened) {
 
 // --- zenity ----------------------------------------------------------------------------------------------
 
-/// A display that nobody sees, for as long as it lives.
+/// A display that nobody sees, for as long as it lives. It has a number of its own: of two servers that look
+/// for a free one at the same time, the first to end would take the other one's socket along.
 class InvisibleDisplay {
  public:
   InvisibleDisplay() {
@@ -112,13 +113,13 @@ class InvisibleDisplay {
     server_ = ::fork();
     if (server_ == 0) {
       const std::string descriptor = std::to_string(ends[1]);
-      ::execlp("Xvfb", "Xvfb", "-displayfd", descriptor.c_str(), "-screen", "0", "800x600x24", "-nolisten",
-               "tcp", static_cast<char*>(nullptr));
+      ::execlp("Xvfb", "Xvfb", name_.c_str(), "-displayfd", descriptor.c_str(), "-screen", "0", "800x600x24",
+               "-nolisten", "tcp", static_cast<char*>(nullptr));
       ::_exit(127);
     }
     ::close(ends[1]);
-    char digit = 0;
-    while (::read(ends[0], &digit, 1) == 1 && digit != '\n') number_ += digit;
+    // It tells its number when it is ready.
+    for (char sign = 0; !isUp_ && ::read(ends[0], &sign, 1) == 1;) isUp_ = sign == '\n';
     ::close(ends[0]);
   }
   InvisibleDisplay(const InvisibleDisplay&) = delete;
@@ -129,12 +130,16 @@ class InvisibleDisplay {
     ::waitpid(server_, nullptr, 0);
   }
 
-  bool IsUp() const { return !number_.empty(); }
-  std::string Name() const { return ":" + number_; }
+  bool IsUp() const { return isUp_; }
+  const std::string& Name() const { return name_; }
 
  private:
+  static constexpr int kLeastNumber = 100;
+  static constexpr int kNumbers = 50'000;
+
+  std::string name_ = ":" + std::to_string(kLeastNumber + ::getpid() % kNumbers);
   pid_t server_ = -1;
-  std::string number_;
+  bool isUp_ = false;
 };
 
 /// Answers the dialog of a title by keys, again and again until it is gone.

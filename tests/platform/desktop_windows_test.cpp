@@ -252,6 +252,22 @@ TEST_F(WindowsDesktopTest, SpecialFoldersOfTheSystemAndTheUserAreFound) {
   }
 }
 
+TEST_F(WindowsDesktopTest, ASpecialFolderThatIsMissingIsMadeWhenThatIsAskedFor) {
+  constexpr std::int32_t kAdministrativeTools = 48;
+  constexpr std::int32_t kCreate = 32768;
+  Text folder;
+  ASSERT_EQ(desktop_.SpecialFolder(kAdministrativeTools + kCreate, folder), 0);
+  if (!std::filesystem::is_empty(std::filesystem::path(folder)))
+    GTEST_SKIP() << "somebody has put files there";
+  std::filesystem::remove(std::filesystem::path(folder));
+  Text path = u"kept";
+  EXPECT_NE(desktop_.SpecialFolder(kAdministrativeTools, path), 0);
+  EXPECT_EQ(path, u"kept");
+  EXPECT_EQ(desktop_.SpecialFolder(kAdministrativeTools + kCreate, path), 0);
+  EXPECT_EQ(path, folder);
+  EXPECT_TRUE(std::filesystem::is_directory(std::filesystem::path(folder)));
+}
+
 TEST_F(WindowsDesktopTest, AnUnknownSpecialFolderKeepsThePath) {
   Text path = u"kept";
   const std::int32_t result = desktop_.SpecialFolder(0x7E, path);

@@ -593,20 +593,32 @@ TEST(FileFaultsTest, AListingThatBreaksOffSaysSo) {
   EXPECT_EQ(calls.CloseListing(listing), 0);
 }
 
-TEST(FileFaultsTest, AnAppendIsOneWrite) {
-  class CountingCalls : public FileCalls {
+TEST(FileFaultsTest, AnAppendOpensTheFileWritesOnceAndCloses) {
+  class NotingCalls : public FileCalls {
    public:
+    int Open(const char* path, int flags, mode_t mode) override {
+      const int file = FileCalls::Open(path, flags, mode);
+      if (file != -1) noted += "open ";
+      return file;
+    }
     ssize_t Write(int file, const char* bytes, std::size_t size) override {
-      ++writes;
+      noted += "write ";
       return FileCalls::Write(file, bytes, size);
     }
-    int writes = 0;
+    int Close(int file) override {
+      noted += "close ";
+      return FileCalls::Close(file);
+    }
+    std::string noted;
   };
   const Workplace place;
-  CountingCalls calls;
+  NotingCalls calls;
   PosixFiles files(calls);
-  files.Append(place.Below("a"), std::string(5'000'000, 'x'));
-  EXPECT_EQ(calls.writes, 1);
+  for (const std::size_t length : {std::size_t{5'000'000}, std::size_t{7}}) {
+    files.Append(place.Below("a"), std::string(length, 'x'));
+    EXPECT_EQ(calls.noted, "open write close ");
+    calls.noted.clear();
+  }
 }
 
 TEST(ErrorTest, EachCodeOfTheSystemHasItsNumber) {

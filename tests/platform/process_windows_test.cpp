@@ -78,5 +78,27 @@ TEST(WindowsProcessTest, TheLibraryFolderHoldsThisProgram) {
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(folder) / "test_platform.exe")) << ToUtf8(folder);
 }
 
+TEST(WindowsProcessTest, TheEnvironmentMayNameAnotherLibraryFolder) {
+  constexpr wchar_t kName[] = L"VORQUILL21_LIBRARY_FOLDER";
+  const WindowsProcess process;
+  const Text own = process.LibraryFolder();
+  struct Case {
+    std::wstring value;
+    Text folder;
+  };
+  const std::wstring tooLongForAPath(1'000, L'x');
+  const Case cases[] = {{L"C:\\my tests", u"C:\\my tests"},
+                        {L"C:\\\x0416\\\\", u"C:\\\u0416"},
+                        {L"C:\\", u"C:"},
+                        {tooLongForAPath, Text(1'000, u'x')},
+                        {L"", own}};
+  for (const Case& each : cases) {
+    SetEnvironmentVariableW(kName, each.value.c_str());
+    EXPECT_EQ(process.LibraryFolder(), each.folder) << ToUtf8(each.folder);
+  }
+  SetEnvironmentVariableW(kName, nullptr);
+  EXPECT_EQ(process.LibraryFolder(), own);
+}
+
 }  // namespace
 }  // namespace vorquill21

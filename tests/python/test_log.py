@@ -1,6 +1,7 @@
 """CLog and its event."""
 
 import gc
+import sys
 import weakref
 
 import pytest
@@ -64,6 +65,20 @@ def test_a_warning_tells_of_the_error_that_is_handled(log, error, told):
         log.AddEntry("entry", ELogAction.logExceptionError)
     assert lines_of(log) == [f"* Warning: entry Error: {told}"]
     assert log.LogContainsExceptions is True
+
+
+def test_the_callers_error_is_still_its_own_afterwards(log, monkeypatch):
+    monkeypatch.setattr("sys.unraisablehook", lambda raised: None)
+    log.EntryLogged.Connect(lambda message, action: 1 / 0)
+    with pytest.raises(KeyError, match="own") as info:
+        try:
+            raise KeyError("own")
+        except KeyError as error:
+            for action in (ELogAction.logNormal, ELogAction.logException, ELogAction.logExceptionError):
+                log.AddEntry("entry", action)
+            assert sys.exc_info()[1] is error
+            raise
+    assert info.value.__context__ is None
 
 
 def test_a_warning_without_an_error(log):

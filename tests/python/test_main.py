@@ -1,6 +1,8 @@
 """Main."""
 
 import gc
+import pathlib
+import shutil
 
 import pytest
 
@@ -72,6 +74,32 @@ def test_the_self_tests_pass(main, capfd, monkeypatch):
     monkeypatch.delenv("WAYLAND_DISPLAY", raising=False)
     assert main.Initialise([2]) is None
     assert capfd.readouterr().err == "Vorquill21: All self tests passed\n"
+
+
+def test_another_folder_may_be_named_for_the_self_tests(main, capfd, monkeypatch, tmp_path):
+    monkeypatch.delenv("DISPLAY", raising=False)
+    monkeypatch.delenv("WAYLAND_DISPLAY", raising=False)
+    monkeypatch.setenv("VORQUILL21_LIBRARY_FOLDER", str(tmp_path))
+    main.Initialise([2])
+    assert capfd.readouterr().err == "Self Tests in Kestrovan: Failed the following tests: SelfTest_3dTable \n"
+
+    reference = pathlib.Path(vorquill21.__file__).parent / "self test" / "3d ref.txt"
+    shutil.copy(reference, tmp_path / "self test")
+    main.Initialise([2])
+    assert capfd.readouterr().err == "Vorquill21: All self tests passed\n"
+    assert sorted(file.name for file in tmp_path.rglob("*")) == ["3d ref.txt", "3d try.txt", "self test"]
+
+
+def test_self_tests_that_cannot_run_are_reported(main, capfd, monkeypatch, tmp_path):
+    monkeypatch.delenv("DISPLAY", raising=False)
+    monkeypatch.delenv("WAYLAND_DISPLAY", raising=False)
+    monkeypatch.setenv("VORQUILL21_LIBRARY_FOLDER", str(tmp_path / "missing"))
+    main.Initialise([1])
+    assert capfd.readouterr().err == ""
+    main.Initialise([2])
+    assert capfd.readouterr().err == (
+        "Self Tests in Kestrovan: Failed the following tests: ListFilesMathchingType  SelfTest_DirMake SelfTest_Main "
+        "SelfTest_ReadWrite SelfTest_IsCompatibleVersion SelfTest_3dTable \n")
 
 
 def test_nothing_happens_unless_it_is_asked_for(main, raises):

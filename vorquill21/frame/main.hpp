@@ -57,10 +57,11 @@ class VORQUILL21_API Main {
   ///
   /// The self-tests use objects of their own, and files in the folder "self test" under the platform's
   /// library folder. Of these stays "3d try.txt", a copy of "3d ref.txt", which an installation puts there.
-  /// Where that folder cannot be written, the checks that need it are among those that failed; a host that
-  /// runs there makes its Main with a platform whose Process names another LibraryFolder, and puts "3d
-  /// ref.txt" into the folder "self test" under it. One error is not a name in the list but raised: that of
-  /// deleting the log file of the self-tests when it was written.
+  /// Where that folder cannot be written, the checks that need it are among those that failed. A host that
+  /// runs there names another one by the environment variable VORQUILL21_LIBRARY_FOLDER, or makes its Main
+  /// with a platform whose Process has another LibraryFolder, and puts "3d ref.txt" into the folder "self
+  /// test" under it. One error is not a name in the list but raised: that of deleting the log file of the
+  /// self-tests when it was written.
   Variant Initialise(const BoundedArray<Variant>& avParamArray) const;
 
   std::shared_ptr<CString> LibString() const noexcept { return string_; }

@@ -118,8 +118,8 @@ class VORQUILL21_API CLog {
   /// separator: its 15 significant digits are rounded, a half away from zero.
   void StopLogging();
 
-  /// Asks the desktop to open the log file with the program meant for it; does not wait, and does not ask
-  /// what came of it. False only when asking raised an error. `asFailMessage` is not used.
+  /// Asks the desktop to open the log file with the program meant for it; does not wait for its end, and does
+  /// not ask what came of it. False only when asking raised an error. `asFailMessage` is not used.
   bool View(TextView asFailMessage = {}) const;
 
   /// The content of the file without one line end at its end; empty when it is missing or cannot be read.

@@ -17,7 +17,8 @@ class VORQUILL21_API Process {
   /// Seconds since the last local midnight, with fractions.
   virtual double SecondsSinceMidnight() const = 0;
 
-  /// The folder that holds the library file (the program for a static build), without a final separator.
+  /// The folder that holds the library file (the program for a static build), or the one that the environment
+  /// variable VORQUILL21_LIBRARY_FOLDER names in its place; without a final separator.
   virtual Text LibraryFolder() const = 0;
 };
 

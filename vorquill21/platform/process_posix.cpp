@@ -5,10 +5,12 @@
 #include <time.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
 #include "vorquill21/frame/types/library_error.hpp"
+#include "vorquill21/platform/final_separators.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -60,6 +62,11 @@ PosixProcess::PosixProcess(Files& files) : files_(files), libraryFolder_(FindLib
 
 Text PosixProcess::CommandLine() const {
   return JoinedArguments(ReadWholeFile(files_, u"/proc/self/cmdline"));
+}
+
+Text PosixProcess::LibraryFolder() const {
+  const char* const named = std::getenv("VORQUILL21_LIBRARY_FOLDER");
+  return named == nullptr || *named == '\0' ? libraryFolder_ : WithoutFinalSeparators(FromUtf8(named));
 }
 
 double PosixProcess::SecondsSinceMidnight() const {

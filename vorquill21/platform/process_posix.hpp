@@ -17,7 +17,7 @@ class PosixProcess : public Process {
 
   Text CommandLine() const override;
   double SecondsSinceMidnight() const override;
-  Text LibraryFolder() const override { return libraryFolder_; }
+  Text LibraryFolder() const override;
 
  private:
   Files& files_;

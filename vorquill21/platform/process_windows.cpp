@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "vorquill21/platform/final_separators.hpp"
 #include "vorquill21/platform/wide_windows.hpp"
 
 namespace vorquill21 {
@@ -26,6 +27,16 @@ Text PathOf(HMODULE module) {
     const std::size_t length = GetModuleFileNameW(module, path.data(), static_cast<DWORD>(path.size()));
     if (length < path.size()) return FromWide(path.substr(0, length));
     path.resize(path.size() * 2);
+  }
+}
+
+/// Empty when it is missing.
+Text EnvironmentVariable(const wchar_t* name) {
+  std::wstring value(MAX_PATH, L'\0');
+  for (;;) {
+    const std::size_t length = GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size()));
+    if (length < value.size()) return FromWide(value.substr(0, length));
+    value.resize(length);
   }
 }
 
@@ -55,6 +66,8 @@ double WindowsProcess::SecondsSinceMidnight() const {
 }
 
 Text WindowsProcess::LibraryFolder() const {
+  const Text named = EnvironmentVariable(L"VORQUILL21_LIBRARY_FOLDER");
+  if (!named.empty()) return WithoutFinalSeparators(named);
   const Text path = PathOf(OwnModule());
   return path.substr(0, std::min(path.rfind(u'\\'), path.size()));
 }

@@ -48,6 +48,7 @@ const Host::Member Host::kMembers[] = {
     {L"Quit", 0, &Host::Quit},
     {L"ScratchFolder", 0, &Host::ScratchFolder},
     {L"ScriptFullName", 0, &Host::ScriptFullName},
+    {L"SetVariable", 2, &Host::SetVariable},
     {L"Shown", 1, &Host::ShownValue},
     {L"WriteFile", 2, &Host::WriteFile},
 };
@@ -213,6 +214,10 @@ void Host::ScratchFolder(const Arguments&, VARIANT& result) {
 
 void Host::ScriptFullName(const Arguments&, VARIANT& result) {
   Put(result, std::filesystem::absolute(scriptFile_).make_preferred().wstring());
+}
+
+void Host::SetVariable(const Arguments& arguments, VARIANT&) {
+  SetEnvironmentVariableW(AsText(*arguments[0]).c_str(), AsText(*arguments[1]).c_str());
 }
 
 void Host::ShownValue(const Arguments& arguments, VARIANT& result) {

@@ -39,6 +39,7 @@ class Script;
 ///     Shown(value)
 ///     ArrayOf(shape, values)               see arrays.hpp
 ///     ScratchFolder                        a folder that is removed in the end
+///     SetVariable name, value              sets a variable of the process's environment
 ///     WriteFile path, text                 makes the text, in UTF-8, the content of a file
 class Host final : public IDispatch {
  public:
@@ -83,6 +84,7 @@ class Host final : public IDispatch {
   void Quit(const Arguments&, VARIANT&);
   void ScratchFolder(const Arguments&, VARIANT& result);
   void ScriptFullName(const Arguments&, VARIANT& result);
+  void SetVariable(const Arguments&, VARIANT&);
   void ShownValue(const Arguments&, VARIANT& result);
   void WriteFile(const Arguments&, VARIANT&);
 

@@ -111,6 +111,22 @@ DisconnectObject log
 Expect "the entries stand in the log", Array(InStr(log.Text, "fifth") > 0, InStr(log.Text, "sixth") > 0), _
   "Variant(0 to 1) Boolean True, Boolean True"
 
+' An error that the caller is handling is still its own afterwards.
+Sub LogWhileHandling()
+  On Error Resume Next
+  Err.Raise 1002, "the caller", "own"
+  log.AddEntry "handling", logNormal
+  log.AddEntry "handling", logException
+  log.AddEntry "handling", logExceptionError
+  ExpectError "the caller's error", Err, 1002, "the caller", "own"
+End Sub
+entries = ""
+ConnectObject log, "Log_"
+LogWhileHandling
+DisconnectObject log
+Expect "its entries were mirrored", entries, _
+  "String '1:handling|2:* Warning: handling|3:* Warning: handling Error: 0 |'"
+
 ' Appended to, and redirected.
 log.Initialise path, -1, False, True, Empty
 log.AddEntry "hidden", logDiagnostic

@@ -47,6 +47,25 @@ main.Initialise "2", "more", Array(1)
 ExpectBox "asked for by a text, with arguments that do not count", 64, "Vorquill21", "All self tests passed"
 main.Initialise , 2
 
+' A host that is installed where it cannot write names another folder for the self-tests.
+Dim files, reference
+Set files = CreateObject("Scripting.FileSystemObject")
+SetVariable "VORQUILL21_LIBRARY_FOLDER", ScratchFolder & "\missing"
+main.Initialise 1
+main.Initialise 2
+ExpectBox "checks that cannot run", 48, "Self Tests in Kestrovan", "Failed the following tests:" & vbCr & _
+  "ListFilesMathchingType" & vbCr & vbCr & "SelfTest_DirMake" & vbCr & "SelfTest_Main" & vbCr & "SelfTest_ReadWrite" & vbCr & _
+  "SelfTest_IsCompatibleVersion" & vbCr & "SelfTest_3dTable" & vbCr
+SetVariable "VORQUILL21_LIBRARY_FOLDER", ScratchFolder
+main.Initialise 2
+ExpectBox "a folder without the reference file", 48, "Self Tests in Kestrovan", _
+  "Failed the following tests:" & vbCr & "SelfTest_3dTable" & vbCr
+reference = files.GetParentFolderName(WScript.ScriptFullName) & "\..\..\..\vorquill21\filestream\data\3d ref.txt"
+files.CopyFile reference, ScratchFolder & "\self test\3d ref.txt"
+main.Initialise 2
+ExpectBox "a folder with it", 64, "Vorquill21", "All self tests passed"
+Expect "what they leave there", files.FileExists(ScratchFolder & "\self test\3d try.txt"), "Boolean True"
+
 Sub ExpectErrors()
   On Error Resume Next
   main.Initialise "abc"
