@@ -3,19 +3,27 @@
 #include "vorquill21/frame/support.hpp"
 
 namespace vorquill21 {
+namespace {
+
+template <typename Class>
+std::shared_ptr<Class> Made(Platform& platform) {
+  return TranslatingMemoryErrors([&] { return std::make_shared<Class>(platform); });
+}
+
+}  // namespace
 
 Main::Main(Platform& platform)
     : platform_(platform),
-      file_(std::make_shared<CFile>(platform)),
-      filestream_(std::make_shared<CFileStream>(platform)),
-      geometry_(std::make_shared<CGeometry>(platform)),
-      interpolate_(std::make_shared<CInterpolate>(platform)),
-      log_(std::make_shared<CLog>(platform)),
-      mathUtils_(std::make_shared<CMathUtils>(platform)),
-      osUtils_(std::make_shared<COSUtils>(platform)),
-      statistics_(std::make_shared<CStatistics>(platform)),
-      string_(std::make_shared<CString>(platform)),
-      trigonometry_(std::make_shared<CTrigonometry>(platform)) {}
+      file_(Made<CFile>(platform)),
+      filestream_(Made<CFileStream>(platform)),
+      geometry_(Made<CGeometry>(platform)),
+      interpolate_(Made<CInterpolate>(platform)),
+      log_(Made<CLog>(platform)),
+      mathUtils_(Made<CMathUtils>(platform)),
+      osUtils_(Made<COSUtils>(platform)),
+      statistics_(Made<CStatistics>(platform)),
+      string_(Made<CString>(platform)),
+      trigonometry_(Made<CTrigonometry>(platform)) {}
 
 Variant Main::Initialise(const BoundedArray<Variant>& avParamArray) const {
   constexpr double kRunInSilence = 1;
