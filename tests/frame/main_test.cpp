@@ -9,6 +9,7 @@
 #include "tests/frame/installed_library.hpp"
 #include "tests/support/faulty_platform.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/short_of_memory.hpp"
 
 namespace vorquill21::test {
 namespace {
@@ -96,6 +97,33 @@ TEST(MainTest, ObjectsOutliveMain) {
 TEST(MainTest, ANativeMainCanBeMade) {
   const Main main;
   EXPECT_EQ(main.LibString()->ReplaceMulti(u"aab", u"a", u"x"), u"xb");
+}
+
+TEST(MainTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
+  FakePlatform fake;
+  ExpectNumberOrErrorSeven(0, [&] { const Main main(fake.platform); });
+  const Main main(fake.platform);
+  const BoundedArray<Variant> text = Arguments({u"a text that is no number"});
+  ExpectNumberOrErrorSeven(13, [&] { main.Initialise(text); });
+}
+
+TEST(MainTest, ASelfTestThatIsShortOfMemoryRaisesNothingButErrorSeven) {
+  bool isHit = true;
+  int first = 1;
+  for (; isHit; first += 1 + first / 8) {
+    InstalledLibrary library;
+    const Main main(library.platform);
+    const BoundedArray<Variant> request = Arguments({2});
+    std::int32_t number = 0;
+    {
+      const MemoryShortage shortage(first);
+      number = RaisedNumber([&] { main.Initialise(request); });
+      isHit = MemoryShortage::Hit();
+    }
+    EXPECT_TRUE(number == 0 || (isHit && number == kOutOfMemory)) << first << ", " << number;
+    EXPECT_EQ(library.files.OpenReaders(), 0);
+  }
+  EXPECT_GT(first, 100);
 }
 
 // --- Initialise ------------------------------------------------------------------------------------------

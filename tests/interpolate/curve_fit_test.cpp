@@ -105,7 +105,9 @@ TEST(CurveFitTest, FusedMultiplicationDoesNotChangeABit) {
 TEST(CurveFitTest, CheckOfTheClassGivesItsValueExactly) {
   const std::vector<double> xs = {1.0, 2.0, 3.0, 4.0};
   const std::vector<double> ys = {0.0, 5.0, 15.0, 80.0};
-  for (const std::int32_t lower : {0, 1, -3, 1000}) {
+  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  for (const std::int32_t lower : {0, 1, -3, 1000, kLeast, kMost - 3}) {
     const Fit fit(BoundedArray<double>(xs, lower), BoundedArray<double>(ys, lower), 2);
     EXPECT_EQ(fit.coefficients, BoundedArray<double>({37.5, -50.0, 15.0, 0.0}, 1));
     EXPECT_EQ(EvaluateCurve(2.5, fit.coefficients), 6.25);
@@ -209,6 +211,30 @@ TEST(CurveFitTest, CoefficientBeyondTheLargestDoubleIsOverflow) {
   EXPECT_NE(fit.coefficients(1), 0.0);
   EXPECT_EQ(fit.coefficients(2), 0.0);
   EXPECT_EQ(fit.stdDev, 0.0);
+}
+
+TEST(CurveFitTest, DeviationBeyondTheLargestDoubleIsOverflowAfterTheCoefficients) {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const double xs[] = {-1.0, 0.0, 1.0};
+  const double ys[] = {kLargest, -kLargest, kLargest};
+  const Fit fit(xs, ys, 1);
+  EXPECT_EQ(fit.error, kOverflow);  // sqrt((4 + 16 + 4) / 9 / 2) of the largest
+  EXPECT_EQ(fit.coefficients, BoundedArray<double>({kLargest / 3.0, 0.0, 0.0}, 1));
+  EXPECT_EQ(fit.stdDev, 0.0);
+}
+
+TEST(CurveFitTest, ZerosOfEitherSignAreOnePoint) {
+  EXPECT_EQ(Fit(std::vector{0.0, -0.0}, std::vector{1.0, 2.0}, 1).error, kDivisionByZero);
+  EXPECT_EQ(Fit(std::vector{0.0, -0.0, 1.0}, std::vector{1.0, 1.0, 3.0}, 1).coefficients,
+            BoundedArray<double>({1.0, 2.0, 0.0}, 1));
+}
+
+TEST(CurveFitTest, SubnormalPointsAreFittedAsOthersAre) {
+  const double xs[] = {0.0, 0x1p-1074, 0x1p-1073, 0x1.8p-1073};
+  const double ys[] = {1.0, 1.0, 1.0, 1.0};
+  EXPECT_EQ(Fit(xs, ys, 1).coefficients, BoundedArray<double>({1.0, 0.0, 0.0, 0.0}, 1));
+  const double line[] = {0x1p-1073, 0x1.8p-1073, 0x1p-1072, 0x1.4p-1072};
+  EXPECT_EQ(Fit(xs, line, 1).coefficients, BoundedArray<double>({0x1p-1073, 1.0, 0.0, 0.0}, 1));
 }
 
 TEST(CurveFitTest, CoefficientBelowTheSmallestDoubleIsZero) {

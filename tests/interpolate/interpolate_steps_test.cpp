@@ -111,7 +111,9 @@ class InterpolateStepsTest : public testing::Test {
   }
 
   Table NextTable() {
-    const auto lower = static_cast<std::int32_t>(Below(3));
+    constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t kLowers[] = {0, 1, 2, 5, -1, kMost / 2 - 3, kMost - 20};
+    const std::int32_t lower = kLowers[Below(std::size(kLowers))];
     Table table{Numbers(1 + Below(9), lower), Numbers(1 + Below(11), lower)};
     const std::span<double> nodes = table.x.Elements();
     const std::size_t order = Below(5);

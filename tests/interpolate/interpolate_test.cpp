@@ -16,6 +16,7 @@
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
+#include "tests/support/short_of_memory.hpp"
 
 namespace vorquill21 {
 
@@ -23,6 +24,7 @@ VORQUILL21_OPEN_SELF_TEST(CInterpolate);
 
 namespace {
 
+using test::ExpectNumberOrErrorSeven;
 using test::RaisedNumber;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
@@ -155,6 +157,33 @@ TEST_F(CInterpolateTest, BoundsAreThoseOfTheArrays) {
   EXPECT_EQ(Linear(eInterpClip, x, From(5, {2.2, 10.5}), 1.5), 2.2 + (10.5 - 2.2) * 0.5);
 }
 
+TEST_F(CInterpolateTest, BoundsMayLieNearTheEndOfTheRangeOfIndices) {
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  const BoundedArray<double> x = From(kMost - 1, {1, 2});
+  const BoundedArray<double> y = From(kMost - 1, {10, 30});
+  EXPECT_EQ(Linear(eInterpClip, x, y, 1.5), 20);
+  EXPECT_EQ(Linear(eInterpClip, x, y, 3), 30);
+  EXPECT_EQ(Linear(eInterpExtrapolate, x, y, 3), 50);
+  EXPECT_EQ(Linear(eInterpExtrapolate, x, y, 0), -10);
+  EXPECT_EQ(RaisedNumber([&] { Linear(eInterpExtrapolate, From(kMost, {1}), From(kMost, {10}), 2); }),
+            kOverflow);
+  EXPECT_EQ(RaisedNumber([&] {
+              Linear(eInterpClip, From(kMost - 3, {1, 2, 3, 4}), From(kMost - 3, {1, 2, 3, 4}), 3.5);
+            }),
+            kOverflow);
+}
+
+TEST_F(CInterpolateTest, NegativeZerosAndSubnormalsAreNodes) {
+  const std::vector<double> x{-0.0, 5e-324, 1e-323};
+  const std::vector<double> y{0, 1e-323, 4e-323};
+  EXPECT_EQ(Linear(eInterpClip, x, y, 0.0), 0);
+  EXPECT_EQ(Linear(eInterpClip, x, y, 5e-324), 1e-323);
+  EXPECT_EQ(Linear(eInterpClip, x, y, 1e-323), 4e-323);
+  EXPECT_EQ(RaisedNumber([&] { Linear(eInterpClip, x, std::vector<double>{0, 1, 2}, 0.0); }), kOverflow);
+  EXPECT_EQ(RaisedNumber([&] { Linear(eInterpClip, std::vector<double>{-0.0, 0.0}, y, 0.0); }), kCoincident);
+  EXPECT_EQ(interpolate.OneDLinearInterpolateFromPoints(0.0, -0.0, 5, 5, -0.0), 5);
+}
+
 TEST_F(CInterpolateTest, TakesBuiltInArraysAndSpans) {
   const double x[] = {1, 2, 3};
   const std::vector<double> y{10, 20, 30};
@@ -253,6 +282,8 @@ TEST_F(CInterpolateTest, WithoutUtilitiesSearchingIsAnInvalidCall) {
   interpolate.moUtils.reset();
   const std::vector<double> x{0, 1};
   EXPECT_EQ(RaisedNumber([&] { Linear(eInterpClip, x, x, 0.5); }), kInvalidProcedureCall);
+  EXPECT_EQ(RaisedNumber([&] { interpolate.OneDLinearInterpolateWithBounds(eInterpClip, x, x, 0.5, 0, 1); }),
+            kInvalidProcedureCall);
   EXPECT_EQ(interpolate.OneDLinearInterpolateFromPoints(0, 1, 0, 1, 0.5), 0.5);
 }
 
@@ -386,8 +417,88 @@ TEST_F(CInterpolateTest, DeliberateTwoDPolynomialFitTakesThePowerOfYAsFirstIndex
   EXPECT_EQ(coefficients(0, 1), 3);
 }
 
+TEST_F(CInterpolateTest, FitsAreTheSameWithoutTheirDeviation) {
+  const BoundedArray<double> x = From(3, {1, 2, 3, 4, 7});
+  const BoundedArray<double> y = From(3, {0, 5, 15, 80, 2});
+  const BoundedArray<double> z = From(3, {1, -1, 4, 4, 9});
+  BoundedArray<double> with;
+  BoundedArray<double> without;
+  double deviation = 77.0;
+  interpolate.OneDPolynomialFit(x, y, 2, with, &deviation);
+  interpolate.OneDPolynomialFit(x, y, 2, without);
+  EXPECT_EQ(with, without);
+  interpolate.TwoDPolynomialFit(x, y, z, 1, with, &deviation);
+  interpolate.TwoDPolynomialFit(x, y, z, 1, without);
+  EXPECT_EQ(with, without);
+  EXPECT_EQ(RaisedNumber([&] { interpolate.OneDPolynomialFit(x, y, 5, without); }), kDivisionByZero);
+  EXPECT_EQ(RaisedNumber([&] { interpolate.TwoDPolynomialFit(x, y, z, 2, without); }), kDivisionByZero);
+}
+
+// --- Memory ----------------------------------------------------------------------------------------------
+
+TEST_F(CInterpolateTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
+  const BoundedArray<double> x = From(0, {1, 2, 3, 4, 5, 7});
+  const BoundedArray<double> y = From(0, {0, 5, 15, 80, 2, 2});
+  const BoundedArray<double> same = From(0, {1, 1, 1, 1, 1, 1});
+  const BoundedArray<double> order9({0, 9}, {0, 9});
+  BoundedArray<double> coefficients;
+  double deviation = 0.0;
+  ExpectNumberOrErrorSeven(0, [&] { const CInterpolate other(fake.platform); });
+  ExpectNumberOrErrorSeven(0, [&] { interpolate.OneDPolynomialFit(x, y, 3, coefficients, &deviation); });
+  ExpectNumberOrErrorSeven(kDivisionByZero, [&] { interpolate.OneDPolynomialFit(same, y, 3, coefficients); });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] {
+    interpolate.OneDPolynomialFit(x, BoundedArray<double>(), 1, coefficients);
+  });
+  ExpectNumberOrErrorSeven(0, [&] { interpolate.TwoDPolynomialFit(x, y, x, 1, coefficients, &deviation); });
+  ExpectNumberOrErrorSeven(kDivisionByZero, [&] { interpolate.TwoDPolynomialFit(x, x, y, 1, coefficients); });
+  ExpectNumberOrErrorSeven(0, [&] { interpolate.TwoDPolynomialInterpolate(2, 3, order9); });
+  ExpectNumberOrErrorSeven(kOverflow, [&] { interpolate.TwoDPolynomialInterpolate(1e300, 3, order9); });
+  ExpectNumberOrErrorSeven(kCoincident, [&] { Linear(eInterpClip, same, y, 1); });
+}
+
+// --- Self-test -------------------------------------------------------------------------------------------
+
 TEST_F(CInterpolateTest, SelfTestPasses) {
   EXPECT_EQ(SelfTest(interpolate), FailedTests{});
+}
+
+/// Keeps what it is asked, and says of one place, the first being number 1, that it lies in the interval of a
+/// table of three nodes that is farther from it.
+class SearchWrongOnce : public CMathUtils {
+ public:
+  SearchWrongOnce(Platform& platform, std::size_t question) : CMathUtils(platform), question_(question) {}
+
+  bool ArrayLocate(ArrayView<const double> arXVals, double arX, std::int32_t& anIndex) const override {
+    (arXVals(0) < arXVals(2) ? ascending : descending).push_back(arX);
+    if (ascending.size() + descending.size() != question_)
+      return CMathUtils::ArrayLocate(arXVals, arX, anIndex);
+    anIndex = std::abs(arX - arXVals(0)) < std::abs(arX - arXVals(2)) ? 1 : 0;
+    return true;
+  }
+
+  mutable std::vector<double> ascending;
+  mutable std::vector<double> descending;
+
+ private:
+  std::size_t question_;
+};
+
+TEST_F(CInterpolateTest, SelfTestLooksForEachOfItsPlacesAndNoticesAWrongValueThere) {
+  const std::vector<double> ascending{1, 2, 3, 2.5, 0, -1, 4, -1, 4};
+  const std::vector<double> descending{1, 2, 3, 0, -1, 4, -1};
+  const auto right = std::make_shared<SearchWrongOnce>(fake.platform, 0);
+  interpolate.moUtils = right;
+  EXPECT_EQ(SelfTest(interpolate), FailedTests{});
+  EXPECT_EQ(right->ascending, ascending);
+  EXPECT_EQ(right->descending, descending);
+
+  std::vector<double> places = ascending;
+  places.insert(places.end(), descending.begin(), descending.end());
+  for (std::size_t i = 0; i < places.size(); ++i) {
+    if (places[i] == 2) continue;  // the middle node belongs to both intervals
+    interpolate.moUtils = std::make_shared<SearchWrongOnce>(fake.platform, i + 1);
+    EXPECT_EQ(SelfTest(interpolate), FailedTests{u"OneDLinearInterpolate"}) << i;
+  }
 }
 
 TEST_F(CInterpolateTest, SelfTestNamesTheCheckThatFails) {

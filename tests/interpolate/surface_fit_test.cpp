@@ -167,6 +167,13 @@ TEST(SurfaceFitTest, PointsAreReadAtTheIndicesOfX) {
   const BoundedArray<double> ys({99.0, 0.0, 0.0, 1.0}, 4);
   const BoundedArray<double> zs({2.0, 5.0, 7.0, 99.0}, 5);
   EXPECT_EQ(Fit(xs, ys, zs, 1).coefficients, Square(1, {2.0, 3.0, 5.0, 0.0}));
+  for (const std::int32_t lower :
+       {std::numeric_limits<std::int32_t>::min(), -2, std::numeric_limits<std::int32_t>::max() - 2}) {
+    const BoundedArray<double> x({0.0, 1.0, 0.0}, lower);
+    const BoundedArray<double> y({0.0, 0.0, 1.0}, lower);
+    const BoundedArray<double> z({2.0, 5.0, 7.0}, lower);
+    EXPECT_EQ(Fit(x, y, z, 1).coefficients, Square(1, {2.0, 3.0, 5.0, 0.0})) << lower;
+  }
 }
 
 Points OnALine() {
@@ -279,6 +286,19 @@ TEST(SurfaceFitTest, CoefficientBeyondTheLargestDoubleIsOverflow) {
   EXPECT_EQ(fit.error, kOverflow);
   EXPECT_EQ(fit.coefficients(0, 0), 1e199);
   EXPECT_EQ(fit.coefficients(0, 1), 0.0);
+}
+
+TEST(SurfaceFitTest, ResidualBeyondTheLargestDoubleIsOverflowAfterTheCoefficients) {
+  constexpr double kLargest = std::numeric_limits<double>::max();
+  const std::vector<double> places(5, 1.0);
+  const std::vector<double> zs = {kLargest, kLargest, kLargest, kLargest, -kLargest};
+  const Fit fit(places, places, zs, 0);
+  EXPECT_EQ(fit.error, kOverflow);  // -1 less 3/5 of the largest
+  EXPECT_EQ(fit.coefficients, Square(0, {kLargest / 5.0 * 3.0}));
+  EXPECT_EQ(fit.rms, kUnset);
+  BoundedArray<double> coefficients;
+  FitSurface(places, places, zs, 0, coefficients, nullptr);
+  EXPECT_EQ(coefficients, fit.coefficients);
 }
 
 TEST(SurfaceFitTest, PointsThatAreNotFiniteMakeTheFitNaN) {

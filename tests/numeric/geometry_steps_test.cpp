@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <random>
+#include <vector>
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
@@ -118,6 +120,21 @@ void RotationBySteps(const Vector& degrees, BoundedArray<double>& matrix) {
   matrix(3, 1) = -sy;
   matrix(3, 2) = sx * cy;
   matrix(3, 3) = cx * cy;
+}
+
+void ProductBySteps(const BoundedArray<double>& a, const BoundedArray<double>& b,
+                    BoundedArray<double>& product) {
+  const std::int32_t rows = a.UpperBound(1);
+  const std::int32_t terms = a.UpperBound(2);
+  const std::int32_t columns = b.UpperBound(2);
+  product.ReDim({1, rows}, {1, columns});
+  for (std::int32_t i = 1; i <= rows; ++i) {
+    for (std::int32_t j = 1; j <= columns; ++j) {
+      double sum = 0.0;
+      for (std::int32_t k = 1; k <= terms; ++k) sum = CheckedSum(sum, CheckedProduct(a(i, k), b(k, j)));
+      product(i, j) = sum;
+    }
+  }
 }
 
 // --- The comparison --------------------------------------------------------------------------------------
@@ -253,6 +270,42 @@ TEST_F(GeometryStepsTest, RotationsComeToWhatTheirStepsComeTo) {
                [&](Vector& r) { TransformBySteps(point, matrix, r); });
   }
   EXPECT_GT(faults_, 100);
+}
+
+TEST_F(GeometryStepsTest, ProductsOfMatricesComeToWhatTheirStepsComeTo) {
+  const auto below = [this](std::uint64_t count) { return static_cast<std::int32_t>(random_() % count); };
+  int missing = 0;
+  for (int round = 0; round < kRounds && !HasFailure(); ++round) {
+    // Mostly from an index up to 1 on, and with as many rows in the second matrix as the first has columns.
+    const auto bounds = [&](std::int32_t upper) { return Bounds{std::min(1 - below(3), upper), upper}; };
+    const std::int32_t terms = below(12);
+    BoundedArray<double> a(bounds(1 + below(9)), bounds(terms));
+    BoundedArray<double> b(bounds(below(10) == 0 ? below(12) : terms), bounds(below(12)));
+    if (below(20) == 0) a.ReDim({2, 3}, {below(3), 3});
+    if (below(20) == 0) b.ReDim({below(3), 3}, {1, 1 + below(9)});
+    for (BoundedArray<double>* matrix : {&a, &b}) {
+      for (double& element : matrix->Elements()) element = below(8) == 0 ? Number() : normal_(random_);
+    }
+    BoundedArray<double> product({0, 1}, {0, 1});
+    BoundedArray<double> expected = product;
+    const std::int32_t raised = test::RaisedNumber([&] { ProductBySteps(a, b, expected); });
+    EXPECT_EQ(test::RaisedNumber([&] { geometry_.MatrixMultiply(a, b, product); }), raised);
+    EXPECT_EQ(product.BoundsOf(1), expected.BoundsOf(1));
+    EXPECT_EQ(product.BoundsOf(2), expected.BoundsOf(2));
+    EXPECT_TRUE(std::ranges::equal(product.Elements(), expected.Elements(), {}, Bits, Bits));
+
+    BoundedArray<double>& factor = round % 2 == 0 ? a : b;
+    const bool isReplaced = expected.LowerBound(1) == 1;
+    const BoundedArray<double> after = isReplaced ? expected : factor;
+    EXPECT_EQ(test::RaisedNumber([&] { geometry_.MatrixMultiply(a, b, factor); }), raised);
+    EXPECT_EQ(factor.BoundsOf(2), after.BoundsOf(2));
+    EXPECT_TRUE(std::ranges::equal(factor.Elements(), after.Elements(), {}, Bits, Bits));
+
+    faults_ += raised == kOverflow ? 1 : 0;
+    missing += raised == kSubscriptOutOfRange ? 1 : 0;
+  }
+  EXPECT_GT(faults_, 100);
+  EXPECT_GT(missing, 100);
 }
 
 }  // namespace

@@ -14,6 +14,7 @@
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
+#include "tests/support/short_of_memory.hpp"
 
 namespace vorquill21 {
 
@@ -21,6 +22,7 @@ VORQUILL21_OPEN_SELF_TEST(CGeometry);
 
 namespace {
 
+using test::ExpectNumberOrErrorSeven;
 using test::RaisedNumber;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -155,6 +157,38 @@ TEST_F(CGeometryTest, AnglesAreInDegreesOfTheClassConstant) {
     EXPECT_EQ(Angle(row.line1[0], row.line1[1], row.line2[0], row.line2[1]), row.degrees);
 }
 
+TEST_F(CGeometryTest, AnglesOfLinesInManyDirections) {
+  struct Row {
+    Vector line1[2];
+    Vector line2[2];
+    double degrees;
+  };
+  const Row rows[] = {
+      {{{0, 0, 0}, {1, 2, 0}}, {{0, 0, 0}, {1, 0, 0}}, 63.434},
+      {{{1, 1, 3}, {2, 2, 3}}, {{0, 0, 2}, {1, 1, 3}}, 35.264},
+      {{{0, 0, 2}, {1, 1, 2}}, {{0, 0, 2}, {1, 1, 3}}, 35.264},
+      {{{0, 0, 0}, {0, 1, 0}}, {{0, 0, 0}, {1, 0, 0}}, 90},
+      {{{0, 0, 0}, {0, 1, 0}}, {{0, 0, 0}, {1, -0.001, 0}}, 90.057},
+      {{{0, 0, 0}, {0, 1, 0}}, {{0, 0, 0}, {1, -1, 0}}, 135},
+      {{{0, 0, 0}, {0, 1, 0}}, {{0, 0, 0}, {0.001, -1, 0}}, 179.942},
+      {{{0, 0, 0}, {0, 1, 0}}, {{0, 0, 0}, {-0.001, -1, 0}}, 179.942},
+      {{{0, 0, 0}, {0, 2, 0}}, {{0, 0, 0}, {0, -2, 0}}, 180},
+      {{{0, 0, 0}, {2.1, 1, 1}}, {{0, 0, 0}, {2.1, 1, 1}}, 0},
+  };
+  for (const Row& row : rows) {
+    EXPECT_NEAR(Angle(row.line1[0], row.line1[1], row.line2[0], row.line2[1]), row.degrees, 0.001);
+  }
+  EXPECT_NEAR(geometry.AngleBetweenVectors(-1, 2, 2, 1, 2, 2), 38.942, 0.001);
+}
+
+TEST_F(CGeometryTest, TurningOneLineRoundGivesTheOtherAngle) {
+  const Vector points[] = {{1, 2, 3}, {-4, 0.5, 9}, {0, 0, 7}, {3, -8, 2}};
+  const double angle = Angle(points[0], points[1], points[2], points[3]);
+  EXPECT_NEAR(Angle(points[1], points[0], points[2], points[3]), 180 - angle, 1e-7);
+  EXPECT_NEAR(Angle(points[0], points[1], points[3], points[2]), 180 - angle, 1e-7);
+  EXPECT_NEAR(Angle(points[1], points[0], points[3], points[2]), angle, 1e-7);
+}
+
 TEST_F(CGeometryTest, DeliberateAngleBetweenVectorsIsAHairLessForStraightAndRightAngles) {
   EXPECT_EQ(geometry.AngleBetweenVectors(1, 0, 0, -1, 0, 0), 179.9999999764967);
   EXPECT_EQ(geometry.AngleBetweenVectors(0, 1, 0, 1, 0, 0), 89.99999998824835);
@@ -247,6 +281,49 @@ TEST_F(CGeometryTest, RightAnglesAreWithinRoundingOfTheConstant) {
                                           -0x1.c306f72cece67p-33, 1, 0,  //
                                           -1, -0x1.c306f72cece67p-33, 0x1.8d50c58c67bb6p-65}));
   EXPECT_EQ(Turned(Rotation(0, 90, 0), {1, 0, 0}), (Vector{-0x1.c306f72cece67p-33, 0, -1}));
+}
+
+TEST_F(CGeometryTest, PointsTurnByTheRightHandRule) {
+  constexpr double kDegree = 0x1.1df46a25ca311p-6;
+  struct Row {
+    Vector degrees;
+    Vector point;
+    Vector turned;
+  };
+  const Row rows[] = {
+      {{0, 0, 0}, {100, 0, 0}, {100, 0, 0}},
+      {{1, 0, 0}, {100, 0, 0}, {100, 0, 0}},
+      {{0, 1, 0}, {100, 0, 0}, {100 * std::cos(kDegree), 0, -1.7452}},
+      {{0, 0, 1}, {100, 0, 0}, {100 * std::cos(kDegree), 100 * std::sin(kDegree), 0}},
+      {{1, 1, 0}, {100, 0, 0}, {99.9847, 0, -1.7452}},
+      {{0, 45, 45}, {100, 0, 0}, {50, 50, -70.7106}},
+      {{0, 0, 0}, {100, 200, 0}, {100, 200, 0}},
+      {{1, 0, 0}, {100, 200, 0}, {100, 199.9695, 3.4905}},
+      {{0, 1, 0}, {100, 200, 0}, {99.9848, 200, -1.7452}},
+      {{30, 30, 0}, {100, 200, 0}, {136.6025, 173.2051, 36.6025}},
+      {{90, 90, 90}, {100, 0, 0}, {0, 0, -100}},
+      {{90, 90, 90}, {0, 100, 0}, {0, 100, 0}},
+      {{90, 90, 90}, {0, 0, 100}, {100, 0, 0}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(testing::Message() << row.degrees << row.point);
+    const Vector turned = Turned(Rotation(row.degrees.x, row.degrees.y, row.degrees.z), row.point);
+    EXPECT_NEAR(turned.x, row.turned.x, 0.001);
+    EXPECT_NEAR(turned.y, row.turned.y, 0.001);
+    EXPECT_NEAR(turned.z, row.turned.z, 0.001);
+  }
+  EXPECT_EQ(Turned(Rotation(1, 0, 0), {100, 0, 0}), (Vector{100, 0, 0}));
+  EXPECT_EQ(Turned(Rotation(0, 1, 0), {100, 0, 0}).y, 0.0);
+  EXPECT_EQ(Turned(Rotation(0, 0, 0), {100, 200, 0}), (Vector{100, 200, 0}));
+
+  Vector point{100, 200, 300};
+  const BoundedArray<double> quarter = Rotation(90, 90, 90);
+  for (int i = 0; i < 4; ++i) {
+    geometry.TransformPoint(point.x, point.y, point.z, quarter, point.x, point.y, point.z);
+  }
+  EXPECT_NEAR(point.x, 100, 0.001);
+  EXPECT_NEAR(point.y, 200, 0.001);
+  EXPECT_NEAR(point.z, 300, 0.001);
 }
 
 TEST_F(CGeometryTest, NoTurnIsTheIdentityWhateverTheArrayWas) {
@@ -403,6 +480,61 @@ TEST_F(CGeometryTest, ProductsOfAllSizesAddInTheOrderOfK) {
       }
     }
   }
+}
+
+TEST_F(CGeometryTest, MatricesMayReachToTheEndsOfTheRangeOfIndices) {
+  constexpr std::int32_t kLeast = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kMost = std::numeric_limits<std::int32_t>::max();
+  const BoundedArray<double> one = Matrix({1, 1}, {1, 1}, {1});
+  const BoundedArray<double> before = Matrix({5, 5}, {5, 5}, {7});
+  BoundedArray<double> product = before;
+  EXPECT_EQ(
+      RaisedNumber([&] {
+        geometry.MatrixMultiply(BoundedArray<double>({kLeast, kLeast + 1}, {kLeast, kLeast}), one, product);
+      }),
+      kSubscriptOutOfRange);
+  EXPECT_EQ(RaisedNumber([&] {
+              geometry.MatrixMultiply(one, BoundedArray<double>({kLeast, kLeast}, {kLeast, kLeast}), product);
+            }),
+            kSubscriptOutOfRange);
+  EXPECT_EQ(product, before);
+  EXPECT_EQ(RaisedNumber([&] {
+              geometry.MatrixMultiply(Matrix({1, 1}, {kMost, kMost}, {1}), one, product);
+            }),
+            kSubscriptOutOfRange);
+  EXPECT_EQ(product, BoundedArray<double>({1, 1}, {1, 1}));
+  geometry.MatrixMultiply(BoundedArray<double>({1, 2}, {kLeast, kLeast}), one, product);
+  EXPECT_EQ(product, BoundedArray<double>({1, 2}, {1, 1}));
+  Vector point;
+  for (const Bounds bounds : {Bounds{kLeast, kLeast + 2}, Bounds{kMost - 2, kMost}}) {
+    const BoundedArray<double> matrix(bounds, bounds);
+    EXPECT_EQ(RaisedNumber([&] { geometry.TransformPoint(1, 2, 3, matrix, point.x, point.y, point.z); }),
+              kSubscriptOutOfRange);
+  }
+  EXPECT_EQ(point, kUntouched);
+}
+
+// --- Memory ----------------------------------------------------------------------------------------------
+
+TEST_F(CGeometryTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
+  const BoundedArray<double> square({1, 9}, {1, 9});
+  const BoundedArray<double> twoRows({1, 2}, {1, 9});
+  const BoundedArray<double> huge = Matrix({1, 1}, {1, 1}, {kLargest});
+  BoundedArray<double> result;
+  ExpectNumberOrErrorSeven(0, [&] {
+    result = BoundedArray<double>();
+    geometry.BuildTransformationMatrix(1, 2, 3, result);
+  });
+  ExpectNumberOrErrorSeven(0, [&] { geometry.MatrixMultiply(square, square, result); });
+  ExpectNumberOrErrorSeven(0, [&] {
+    result.ReDim({1, 9}, {1, 9});
+    geometry.MatrixMultiply(square, result, result);
+  });
+  ExpectNumberOrErrorSeven(kSubscriptOutOfRange, [&] { geometry.MatrixMultiply(square, twoRows, result); });
+  ExpectNumberOrErrorSeven(kOverflow, [&] {
+    geometry.MatrixMultiply(huge, Matrix({1, 1}, {1, 1}, {kLargest}), result);
+  });
+  ExpectNumberOrErrorSeven(kOverflow, [&] { geometry.VectorMagnitude3d(kLargest, 0, 0); });
 }
 
 // --- Self-test -------------------------------------------------------------------------------------------

@@ -8,11 +8,12 @@
 #include <limits>
 #include <ostream>
 #include <random>
+#include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/short_of_memory.hpp"
 
 namespace vorquill21 {
 
@@ -29,6 +30,7 @@ template struct SelfTestAccess<&CMathUtils::SelfTest_Main>;
 
 namespace {
 
+using test::ExpectNumberOrErrorSeven;
 using test::RaisedNumber;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -131,6 +133,28 @@ TEST_F(ArrayLocateTest, DeliberateNegativeBoundsRaiseAMisspeltErrorOfAMisnamedSo
     }
     EXPECT_EQ(index, 42);
   }
+}
+
+TEST_F(ArrayLocateTest, AfterAnErrorTheIndexIsAsItWas) {
+  const BoundedArray<double> tables[] = {Doubles({2}), Doubles({0, 1, 2, 3}, 1'500'000'000), {}};
+  for (const BoundedArray<double>& table : tables) {
+    std::int32_t index = 42;
+    EXPECT_NE(RaisedNumber([&] { utils.ArrayLocate(table, 2, index); }), 0);
+    EXPECT_EQ(index, 42);
+  }
+}
+
+TEST_F(ArrayLocateTest, TwoNodesMayLieAtTheEndOfTheRange) {
+  EXPECT_EQ(Locate(Doubles({1, 2}, kMostInt32 - 1), 1.5), (Located{true, kMostInt32 - 1}));
+  EXPECT_EQ(Locate(Doubles({2, 1}, kMostInt32 - 1), 2), (Located{true, kMostInt32 - 1}));
+  EXPECT_EQ(Locate(Doubles({1, 2}, kMostInt32 - 1), 3), (Located{false, kMostInt32 - 1}));
+}
+
+TEST_F(ArrayLocateTest, ZerosOfEitherSignAndSubnormalsAreNodes) {
+  EXPECT_EQ(Locate(std::vector<double>{-0.0, 5e-324, 1e-323}, 0.0), (Located{true, 0}));
+  EXPECT_EQ(Locate(std::vector<double>{-5e-324, 0.0, 5e-324, 1e-323}, 5e-324), (Located{true, 2}));
+  EXPECT_EQ(Locate(std::vector<double>{5e-324, 0.0, -5e-324}, -0.0), (Located{true, 0}));
+  EXPECT_EQ(Locate(std::vector<double>{5e-324, 0.0, -5e-324}, -5e-324), (Located{true, 1}));
 }
 
 TEST_F(ArrayLocateTest, ArraysOfOtherRanksAreOutOfRange) {
@@ -296,6 +320,38 @@ TEST_F(CMathUtilsTest, CopyArrayStopsAtAnElementThatIsNoNumber) {
   }
 }
 
+TEST_F(CMathUtilsTest, CopyArrayOfTablesAndCubesKeepsTheElementsBeforeOneThatIsNoNumber) {
+  BoundedArray<Variant> table(Bounds{1, 2}, Bounds{-1, 1});
+  std::ranges::copy(std::vector<Variant>{1, 2, 3, 4, u"x", 6}, table.Elements().begin());
+  BoundedArray<double> target;
+  EXPECT_EQ(RaisedNumber([&] { utils.CopyArray2D(target, table); }), kTypeMismatch);
+  BoundedArray<double> copied(Bounds{1, 2}, Bounds{-1, 1});
+  std::ranges::copy(std::vector<double>{1, 2, 3, 4}, copied.Elements().begin());
+  EXPECT_EQ(target, copied);
+
+  BoundedArray<Variant> cube(Bounds{0, 1}, Bounds{0, 1}, Bounds{0, 1});
+  std::ranges::copy(std::vector<Variant>{1, 2, 3, Missing{}, 5, 6, 7, 8}, cube.Elements().begin());
+  EXPECT_EQ(RaisedNumber([&] { utils.CopyArray3D(target, cube); }), kTypeMismatch);
+  copied.ReDim({0, 1}, {0, 1}, {0, 1});
+  std::ranges::copy(std::vector<double>{1, 2, 3}, copied.Elements().begin());
+  EXPECT_EQ(target, copied);
+}
+
+TEST_F(CMathUtilsTest, CopyArrayReachesTheEndsOfTheRangeOfIndices) {
+  const Bounds first{kLeastInt32, kLeastInt32 + 1};
+  const Bounds last{kMostInt32 - 1, kMostInt32};
+  BoundedArray<double> target;
+  utils.CopyArray1D(target, Variants({7, u"8"}, kMostInt32 - 1));
+  EXPECT_EQ(target, Doubles({7, 8}, kMostInt32 - 1));
+  BoundedArray<Variant> table(first, last);
+  table(kLeastInt32 + 1, kMostInt32) = 5;
+  utils.CopyArray2D(target, table);
+  EXPECT_EQ(target.BoundsOf(1), first);
+  EXPECT_EQ(target.BoundsOf(2), last);
+  EXPECT_EQ(target(kLeastInt32 + 1, kMostInt32), 5);
+  EXPECT_EQ(target(kLeastInt32, kMostInt32 - 1), 0);
+}
+
 // --- Words -----------------------------------------------------------------------------------------------
 
 TEST_F(CMathUtilsTest, DWordsAreTakenApartIntoSignedWords) {
@@ -452,6 +508,37 @@ TEST_F(CMathUtilsTest, ErrorsOfArraysAreEqualAreFalse) {
   EXPECT_FALSE(utils.ArraysAreEqual(Doubles({kNaN}), Doubles({kNaN}), 1));
 }
 
+TEST_F(CMathUtilsTest, ASecondArrayThatIsShorterInOneDimensionIsNotEqual) {
+  const Bounds whole{0, 3};
+  const Bounds cut{0, 2};
+  const Variant cube = BoundedArray<double>(whole, whole, whole);
+  EXPECT_FALSE(utils.ArraysAreEqual(cube, BoundedArray<double>(cut, whole, whole), 3));
+  EXPECT_FALSE(utils.ArraysAreEqual(cube, BoundedArray<double>(whole, cut, whole), 3));
+  EXPECT_FALSE(utils.ArraysAreEqual(cube, BoundedArray<double>(whole, whole, cut), 3));
+  EXPECT_TRUE(utils.ArraysAreEqual(BoundedArray<double>(cut, cut, cut), cube, 3));
+  const Variant table = BoundedArray<double>(whole, whole);
+  EXPECT_FALSE(utils.ArraysAreEqual(table, BoundedArray<double>(cut, whole), 2));
+  EXPECT_FALSE(utils.ArraysAreEqual(table, BoundedArray<double>(whole, cut), 2));
+  EXPECT_TRUE(utils.ArraysAreEqual(BoundedArray<double>(cut, cut), table, 2));
+}
+
+TEST_F(CMathUtilsTest, ArraysAtTheEndsOfTheRangeOfIndicesAreCompared) {
+  for (const std::int32_t lower : {kLeastInt32, -2, kMostInt32 - 1}) {
+    EXPECT_TRUE(utils.ArraysAreEqual(Doubles({1, 2}, lower), Variants({1, 2}, lower), 1, 9));
+    EXPECT_FALSE(utils.ArraysAreEqual(Doubles({1, 2}, lower), Doubles({1, 3}, lower), 1, 9));
+    EXPECT_FALSE(utils.ArraysAreEqual(Doubles({1, 2}, lower), Doubles({1}, lower), 1, 9));
+  }
+}
+
+TEST_F(CMathUtilsTest, TextsInComparedArraysHaveTheDecimalSeparatorOfThePlatform) {
+  const Variant texts = BoundedArray<Text>(std::vector<Text>{u"0,5", u"1,5"});
+  EXPECT_FALSE(utils.ArraysAreEqual(texts, Doubles({0.5, 1.5}), 1, 9));
+  EXPECT_EQ(RaisedNumber([&] { utils.ArrayIsMonotonic1D(texts, emsPositive, u""); }), kTypeMismatch);
+  fake.locale.decimalSeparator = u',';
+  EXPECT_TRUE(utils.ArraysAreEqual(texts, Doubles({0.5, 1.5}), 1, 9));
+  EXPECT_TRUE(utils.ArrayIsMonotonic1D(texts, emsPositive, u""));
+}
+
 TEST_F(CMathUtilsTest, ArraysWithoutElementsAreEqual) {
   const Variant none = BoundedArray<double>::Empty();
   EXPECT_TRUE(utils.ArraysAreEqual(none, none, 1));
@@ -507,6 +594,31 @@ TEST_F(ArrayIsMonotonic1DTest, NoElementsAreMonotonic) {
   EXPECT_TRUE(IsMonotonic(BoundedArray<double>::Empty(), emsPositive));
   EXPECT_TRUE(IsMonotonic(Doubles({1}, kMostInt32), emsNegative));
   EXPECT_TRUE(IsMonotonic(Variants({u"no number"}), emsNegative));
+}
+
+TEST_F(ArrayIsMonotonic1DTest, OneRowOfAMatrixIsMonotonicAsNoElementIsLookedAt) {
+  EXPECT_TRUE(IsMonotonic(BoundedArray<double>(Bounds{4, 4}, Bounds{0, 2}), emsPositive));
+  EXPECT_TRUE(IsMonotonic(BoundedArray<Variant>(Bounds{4, 4}, Bounds{0, 2}, Bounds{0, 2}), emsNegative));
+  EXPECT_EQ(RaisedNumber([&] {
+              IsMonotonic(BoundedArray<double>(Bounds{4, 5}, Bounds{0, 0}), emsPositive);
+            }),
+            kSubscriptOutOfRange);
+}
+
+TEST_F(ArrayIsMonotonic1DTest, SubnormalStepsCountAndZerosOfEitherSignAreEqual) {
+  EXPECT_TRUE(IsMonotonic(Doubles({-5e-324, -0.0, 5e-324, 1e-323}, kMostInt32 - 3), emsPositive));
+  EXPECT_TRUE(IsMonotonic(Doubles({5e-324, 0.0, -5e-324}, kLeastInt32), emsNegative));
+  for (const EMonotonicScale scaleType : {emsPositive, emsNegative}) {
+    EXPECT_FALSE(IsMonotonic(Doubles({-0.0, 0.0}), scaleType));
+    EXPECT_FALSE(IsMonotonic(Doubles({0.0, -0.0}), scaleType));
+  }
+}
+
+TEST_F(ArrayIsMonotonic1DTest, TheNameMayBeTheStatusItself) {
+  Text text = u"A name that is too long for a text without memory of its own";
+  const Text expected = text + u" must be monotonic positive";
+  EXPECT_FALSE(utils.ArrayIsMonotonic1D(Doubles({1, 1}), emsPositive, text, &text));
+  EXPECT_EQ(text, expected);
 }
 
 TEST_F(ArrayIsMonotonic1DTest, DeliberateOtherScaleTypesDemandNothing) {
@@ -649,6 +761,34 @@ TEST_F(IsInBoundsTest, NaNsAreNeverOutside) {
   for (const std::int32_t mode : {1, 2, 4, 9, 10, 12, 16}) EXPECT_EQ(Status(kNaN, mode, 1, 2), kUntouched);
 }
 
+TEST_F(IsInBoundsTest, TheNameMayBeTheStatusItself) {
+  Text text = u"A name that is too long for a text without memory of its own";
+  const Text expected = text + u" must be equal to or between 1 and5";
+  EXPECT_FALSE(utils.IsInBounds(10, text, text, evcBetween | evcInclusive, 1, 5));
+  EXPECT_EQ(text, expected);
+}
+
+TEST_F(IsInBoundsTest, AfterAnErrorTheStatusIsAsItWas) {
+  for (const EBoundsChecks mode : {evcBetween, evcBetween | evcInclusive}) {
+    for (const std::int32_t value : {0, 2}) {
+      Text status(kUntouched);
+      EXPECT_EQ(RaisedNumber([&] { utils.IsInBounds(value, u"X", status, mode, 1); }), kTypeMismatch);
+      EXPECT_EQ(status, kUntouched);
+    }
+  }
+  Text status(kUntouched);
+  EXPECT_EQ(RaisedNumber([&] { utils.IsInBounds(Missing{}, u"X", status, evcLessThan, 1); }), kTypeMismatch);
+  EXPECT_EQ(status, kUntouched);
+}
+
+TEST_F(IsInBoundsTest, LimitsAreShownWithFifteenDigits) {
+  EXPECT_EQ(Status(0, 1, 0.1 + 0.2), u"X must be greater than 0.3");
+  EXPECT_EQ(Status(0, 1, 5e-324), u"X must be greater than 4.94065645841247E-324");
+  EXPECT_EQ(Status(-1, 12, -0.0, 1e15), u"X must be equal to or between 0 and1E+15");
+  EXPECT_EQ(Status(0.3, 16, 0.1 + 0.2), kUntouched) << "what looks equal need not be";
+  EXPECT_EQ(Status(0.0, 16, -0.0), u"X must not equal 0");
+}
+
 TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
   for (const Variant& bad : {Variant(Missing{}), Variant(Doubles({1})), Variant(ObjectReference())}) {
     for (const std::int32_t mode : {1, 2, 4, 9, 10, 12, 16}) {
@@ -664,24 +804,6 @@ TEST_F(IsInBoundsTest, ValuesThatCannotBeComparedAreATypeMismatch) {
 }
 
 // --- Memory ----------------------------------------------------------------------------------------------
-
-/// The number that `call` raises in a shortage of memory that begins at each allocation in turn; `expected`,
-/// the one that it raises otherwise, may only give way to error 7.
-template <typename Call>
-void ExpectNumberOrErrorSeven(std::int32_t expected, Call call) {
-  for (const int count : {1, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      std::int32_t number = 0;
-      {
-        const test::MemoryShortage shortage(first, count);
-        number = RaisedNumber(call);
-        isHit = test::MemoryShortage::Hit();
-      }
-      EXPECT_TRUE(number == expected || (isHit && number == kOutOfMemory)) << number;
-    }
-  }
-}
 
 TEST_F(CMathUtilsTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
   const Variant texts = BoundedArray<Text>(std::vector<Text>{u"1", u"2"});
@@ -735,6 +857,90 @@ TEST_F(CMathUtilsTest, SelfTestNamesTheChecksThatFailAndHonoursADerivedClass) {
   RunSelfTest(WrongMathUtils(fake.platform), failedTests);
   EXPECT_EQ(failedTests,
             (FailedTests{u"SelfTest_IsInBounds", u"SelfTest_ArrayIsMonotonic", u"SelfTest_ArraysAreEqual"}));
+}
+
+/// Keeps what it is asked.
+class AskedMathUtils : public CMathUtils {
+ public:
+  using CMathUtils::CMathUtils;
+
+  struct Limits {
+    Variant value;
+    std::int32_t mode;
+    Variant first;
+    Variant second;
+    friend bool operator==(const Limits&, const Limits&) = default;
+  };
+  struct Arrays {
+    Variant array1;
+    Variant array2;
+    std::int32_t order;
+    friend bool operator==(const Arrays&, const Arrays&) = default;
+  };
+
+  bool IsInBounds(const Variant& value, TextView name, Text& status, EBoundsChecks mode, const Variant& first,
+                  const Variant& second) const override {
+    EXPECT_EQ(name, u"");
+    limits.push_back({value, mode, first, second});
+    return CMathUtils::IsInBounds(value, name, status, mode, first, second);
+  }
+  bool ArrayIsMonotonic1D(const Variant& array, EMonotonicScale scaleType, TextView name,
+                          Text* status) const override {
+    EXPECT_EQ(name, u"test");
+    scales.emplace_back(array, scaleType);
+    return CMathUtils::ArrayIsMonotonic1D(array, scaleType, name, status);
+  }
+  bool ArraysAreEqual(const Variant& array1, const Variant& array2, std::int32_t order,
+                      std::int32_t decimalPlaces) const override {
+    EXPECT_EQ(decimalPlaces, 0);
+    arrays.push_back({array1, array2, order});
+    return CMathUtils::ArraysAreEqual(array1, array2, order, decimalPlaces);
+  }
+
+  mutable std::vector<Limits> limits;
+  mutable std::vector<std::pair<Variant, EMonotonicScale>> scales;
+  mutable std::vector<Arrays> arrays;
+};
+
+TEST_F(CMathUtilsTest, SelfTestAsksForEachOfItsRows) {
+  const AskedMathUtils asked(fake.platform);
+  FailedTests failedTests;
+  RunSelfTest(asked, failedTests);
+  EXPECT_EQ(failedTests, FailedTests{});
+
+  const Variant none = Missing{};
+  EXPECT_EQ(asked.limits, (std::vector<AskedMathUtils::Limits>{{10, 1, 9, none},
+                                                               {10.1, 1, 10, none},
+                                                               {11, 4, 10, 12},
+                                                               {10.5, 4, 10.4, 10.6},
+                                                               {10.4, 12, 10.4, 10.6},
+                                                               {10.6, 12, 10.4, 10.6},
+                                                               {10.6, 2, 10.7, none},
+                                                               {10.6, 16, 10.7, none},
+                                                               {10, 1, 11, none},
+                                                               {10.1, 1, 10.2, none},
+                                                               {13, 4, 10, 12},
+                                                               {10.7, 4, 10.4, 10.6},
+                                                               {10.39, 12, 10.4, 10.6},
+                                                               {10.61, 12, 10.4, 10.6},
+                                                               {10.8, 2, 10.7, none},
+                                                               {10.6, 16, 10.6, none}}));
+
+  const Variant rising = Doubles({0, 1, 2});
+  EXPECT_EQ(asked.scales, (std::vector<std::pair<Variant, EMonotonicScale>>{
+                              {rising, emsPositive}, {rising, emsNegative}, {Doubles({2}), emsPositive}}));
+
+  using Array = BoundedArray<double>;
+  const Bounds whole{0, 3};
+  const Bounds cut{0, 2};
+  const Variant cube = Array(whole, whole, whole);
+  const Variant table = Array(whole, whole);
+  EXPECT_EQ(asked.arrays, (std::vector<AskedMathUtils::Arrays>{{cube, Array(cut, whole, whole), 3},
+                                                               {cube, Array(whole, cut, whole), 3},
+                                                               {cube, Array(whole, whole, cut), 3},
+                                                               {table, Array(cut, whole), 2},
+                                                               {table, Array(whole, cut), 2},
+                                                               {Array(whole), Array(cut), 1}}));
 }
 
 /// Gets one answer wrong, the first being number 1.

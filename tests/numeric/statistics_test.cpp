@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <bit>
 #include <cmath>
+#include <cstdint>
+#include <functional>
 #include <limits>
 #include <random>
 #include <vector>
@@ -12,6 +14,7 @@
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
+#include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/numeric/extremes.hpp"
 #include "vorquill21/numeric/running_mean.hpp"
 #include "vorquill21/numeric/squared_distances.hpp"
@@ -164,7 +167,22 @@ TEST_F(CStatisticsTest, ExtremesOfNoElementsAreOutOfRange) {
   const BoundedArray<double> empty = BoundedArray<double>::Empty();
   EXPECT_EQ(RaisedNumber([&] { statistics.Maximum(empty, &index); }), kSubscriptOutOfRange);
   EXPECT_EQ(index, 0);
+  index = 77;
+  EXPECT_EQ(RaisedNumber([&] { statistics.Minimum(empty, &index); }), kSubscriptOutOfRange);
+  EXPECT_EQ(index, 0);
+  EXPECT_EQ(RaisedNumber([&] { statistics.Maximum(empty); }), kSubscriptOutOfRange);
   EXPECT_EQ(RaisedNumber([&] { statistics.Minimum(empty); }), kSubscriptOutOfRange);
+}
+
+TEST_F(CStatisticsTest, ExtremesAreTheSameWithoutTheirIndex) {
+  const std::vector<double> values{0.9, 1.3, 1.4, 1.2, 0.8, 1.0};
+  std::int32_t index = 77;
+  EXPECT_EQ(statistics.Maximum(values, &index), 1.4);
+  EXPECT_EQ(index, 2);
+  EXPECT_EQ(statistics.Minimum(values, &index), 0.8);
+  EXPECT_EQ(index, 4);
+  EXPECT_EQ(statistics.Maximum(values), 1.4);
+  EXPECT_EQ(statistics.Minimum(values), 0.8);
 }
 
 template <typename Precedes>
@@ -188,6 +206,87 @@ TEST(ExtremesTest, AgreeWithComparingOneByOne) {
     ASSERT_EQ(PositionOfMaximum(values), PositionByComparing(values, std::greater<>()));
     ASSERT_EQ(PositionOfMinimum(values), PositionByComparing(values, std::less<>()));
   }
+}
+
+// --- The promised steps ----------------------------------------------------------------------------------
+
+// Each result is looked at where it arises, and nothing is done in any other order than the promised one.
+
+double MeanBySteps(const std::vector<double>& values) {
+  double mean = 0.0;
+  double k = 0.0;
+  for (const double x : values) {
+    k += 1.0;
+    mean = CheckedQuotient(mean, k);
+    mean = CheckedSum(CheckedQuotient(x, k), CheckedProduct(k - 1.0, mean));
+  }
+  return mean;
+}
+
+double VarianceBySteps(const std::vector<double>& values, double divisor) {
+  const double mean = MeanBySteps(values);
+  double sum = 0.0;
+  for (const double x : values) {
+    const double distance = CheckedDifference(mean, x);
+    sum = CheckedSum(sum, CheckedProduct(distance, distance));
+  }
+  return divisor > 0.0 ? CheckedQuotient(sum, divisor) : 0.0;
+}
+
+double DeviationBySteps(const std::vector<double>& values, double divisor) {
+  const double variance = VarianceBySteps(values, divisor);
+  return variance == 0.0 ? 0.0 : std::sqrt(variance);
+}
+
+double RmsBySteps(const std::vector<double>& values) {
+  double sum = 0.0;
+  for (const double x : values) sum = CheckedSum(sum, CheckedProduct(x, x));
+  const auto count = static_cast<double>(values.size());
+  const double meanSquare = count > 0.0 ? CheckedQuotient(sum, count) : 0.0;
+  return meanSquare <= 0.0 ? meanSquare : std::sqrt(meanSquare);
+}
+
+/// The bits of a result, or the number of the error.
+template <typename Operation>
+std::uint64_t Outcome(Operation operation) {
+  try {
+    return Bits(operation());
+  } catch (const LibraryError& error) {
+    return static_cast<std::uint64_t>(error.Number());
+  }
+}
+
+TEST_F(CStatisticsTest, EveryResultIsWhatItsStepsComeTo) {
+  constexpr double kOdd[] = {0.0,   -0.0,   5e-324,   1e-200,    1e154,     -1e160, 0x1p1023,
+                             1e300, -1e308, kLargest, -kLargest, kInfinity, kNaN,   -kInfinity};
+  std::mt19937_64 random(17);
+  std::normal_distribution<double> normal(2.0, 3.0);
+  int faults = 0;
+  for (int round = 0; round < 20'000; ++round) {
+    // Mostly few elements, every hundredth time enough for those that are worked on side by side.
+    std::vector<double> values(static_cast<std::size_t>(random() % (round % 100 == 0 ? 2000u : 9u)));
+    for (double& value : values) value = random() % 3 == 0 ? std::round(normal(random)) : normal(random);
+    for (auto odd = random() % 3; odd > 0 && !values.empty(); --odd) {
+      values[static_cast<std::size_t>(random() % values.size())] = kOdd[random() % std::size(kOdd)];
+    }
+    const std::int32_t lowers[] = {0, 1, -3, std::numeric_limits<std::int32_t>::min(), kMostInt32 - 2000};
+    const BoundedArray<double> array = From(lowers[random() % std::size(lowers)], values);
+    const auto count = static_cast<double>(values.size());
+    const auto expectSame = [&](double (CStatistics::*method)(ArrayView<const double>) const, auto steps) {
+      const std::uint64_t expected = Outcome(steps);
+      EXPECT_EQ(Outcome([&] { return (statistics.*method)(array); }), expected)
+          << testing::PrintToString(values);
+      faults += expected == std::uint64_t{kOverflow} ? 1 : 0;
+    };
+    expectSame(&CStatistics::ArithmeticMean, [&] { return MeanBySteps(values); });
+    expectSame(&CStatistics::Variance, [&] { return VarianceBySteps(values, count - 1.0); });
+    expectSame(&CStatistics::VariancePop, [&] { return VarianceBySteps(values, count); });
+    expectSame(&CStatistics::StandardDeviation, [&] { return DeviationBySteps(values, count - 1.0); });
+    expectSame(&CStatistics::StandardDeviationPop, [&] { return DeviationBySteps(values, count); });
+    expectSame(&CStatistics::RMS, [&] { return RmsBySteps(values); });
+    if (HasFailure()) return;
+  }
+  EXPECT_GT(faults, 1000);
 }
 
 // --- Fast ways against the steps -------------------------------------------------------------------------
@@ -231,16 +330,6 @@ std::vector<double> RandomData(std::mt19937_64& random) {
     }
   }
   return values;
-}
-
-/// The bits of a result, or the number of the error.
-template <typename Operation>
-std::uint64_t Outcome(Operation operation) {
-  try {
-    return Bits(operation());
-  } catch (const LibraryError& error) {
-    return static_cast<std::uint64_t>(error.Number());
-  }
 }
 
 TEST(RunningMeanTest, EqualsTheStepsToTheBit) {

@@ -4,11 +4,16 @@
 
 #include <bit>
 #include <cmath>
+#include <cstdint>
 #include <limits>
+#include <ostream>
+#include <random>
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
+#include "vorquill21/frame/types/checked.hpp"
+#include "vorquill21/numeric/elementary.hpp"
 
 namespace vorquill21 {
 
@@ -173,6 +178,110 @@ TEST_F(CTrigonometryTest, InfiniteAndUndefinedArgumentsPass) {
   EXPECT_TRUE(std::isnan(y));
   trigonometry.XYToPolar(1, kInfinity, x, y);
   EXPECT_EQ(y, kInfinity);
+}
+
+// --- The promised steps ----------------------------------------------------------------------------------
+
+// Each result is looked at where it arises, and nothing is done in any other order than the promised one.
+
+double SignOf(double value) {
+  if (value > 0.0) return 1.0;
+  if (value < 0.0) return -1.0;
+  return value == 0.0 ? 0.0 : value;
+}
+
+double ArcSinBySteps(double v) {
+  if (!(std::abs(v) < 1.0)) return SignOf(v) * (kP / 2);
+  return ArcTangent(CheckedQuotient(v, std::sqrt(CheckedDifference(1.0, CheckedProduct(v, v)))));
+}
+
+double ArcCosBySteps(double v) {
+  if (!(std::abs(v) < 1.0)) return kP / 2 - SignOf(v) * (kP / 2);
+  return kP / 2 - ArcTangent(CheckedQuotient(v, std::sqrt(CheckedDifference(1.0, CheckedProduct(v, v)))));
+}
+
+double ArcTan2BySteps(double x, double y) {
+  if (x == 0.0) return SignOf(y) * (kP / 2);
+  const double angle = ArcTangent(CheckedQuotient(y, x));
+  return x < 0.0 && y < 0.0 ? angle - kP : angle;
+}
+
+/// Two by-reference results, and the number that was raised.
+struct Outcome {
+  double first = 77.0;
+  double second = 77.0;
+  std::int32_t raised = 0;
+
+  template <typename Operation>
+  explicit Outcome(Operation operation) {
+    raised = RaisedNumber([&] { operation(first, second); });
+  }
+  friend bool operator==(const Outcome& left, const Outcome& right) {
+    return left.raised == right.raised && IsSame(left.first, right.first) &&
+           IsSame(left.second, right.second);
+  }
+  friend std::ostream& operator<<(std::ostream& out, const Outcome& outcome) {
+    return out << std::hexfloat << outcome.first << ' ' << outcome.second << " raised " << outcome.raised;
+  }
+
+ private:
+  static bool IsSame(double left, double right) {
+    return std::isnan(left) ? std::isnan(right)
+                            : std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
+  }
+};
+
+TEST_F(CTrigonometryTest, EveryResultIsWhatItsStepsComeTo) {
+  constexpr double kOdd[] = {
+      0.0,    -0.0,     1.0,       -1.0,      0x1.fffffffffffffp-1, 5e-324, -5e-324, 1e-300, 1e154, 1e200,
+      -1e300, kLargest, -kLargest, kInfinity, -kInfinity,           kNaN};
+  std::mt19937_64 random(19);
+  std::normal_distribution<double> normal;
+  const auto number = [&] {
+    if (random() % 4 == 0) return kOdd[random() % std::size(kOdd)];
+    return random() % 3 == 0 ? static_cast<double>(random() % 7) - 3.0 : normal(random);
+  };
+  int faults = 0;
+  const auto expectSame = [&](auto operation, auto steps) {
+    const Outcome expected(steps);
+    EXPECT_EQ(Outcome(operation), expected);
+    faults += expected.raised == kOverflow ? 1 : 0;
+  };
+  for (int round = 0; round < 50'000 && !HasFailure(); ++round) {
+    const double a = number();
+    const double b = number();
+    SCOPED_TRACE(testing::Message() << std::hexfloat << a << ' ' << b);
+    expectSame([&](double& r, double&) { r = trigonometry.ArcSin(a); },
+               [&](double& r, double&) { r = ArcSinBySteps(a); });
+    expectSame([&](double& r, double&) { r = trigonometry.ArcCos(a); },
+               [&](double& r, double&) { r = ArcCosBySteps(a); });
+    expectSame([&](double& r, double&) { r = trigonometry.ArcTan2(a, b); },
+               [&](double& r, double&) { r = ArcTan2BySteps(a, b); });
+    expectSame([&](double& r, double&) { r = trigonometry.Degrees(a); },
+               [&](double& r, double&) { r = CheckedProduct(a, 360.0 / kP); });
+    expectSame([&](double& r, double&) { r = trigonometry.Radians(a); },
+               [&](double& r, double&) { r = CheckedProduct(a, kP / 360.0); });
+    expectSame([&](double& x, double& y) { trigonometry.PolarToXY(a, b, x, y); },
+               [&](double& x, double& y) {
+                 x = CheckedProduct(Cosine(a), b);
+                 y = CheckedProduct(Sine(a), b);
+               });
+    expectSame([&](double& angle, double& radius) { trigonometry.XYToPolar(a, b, angle, radius); },
+               [&](double& angle, double& radius) {
+                 angle = ArcTan2BySteps(a, b);
+                 radius = std::sqrt(CheckedSum(CheckedProduct(a, a), CheckedProduct(b, b)));
+               });
+  }
+  EXPECT_GT(faults, 1000);
+}
+
+TEST_F(CTrigonometryTest, AnglesOfNegativeZerosHaveTheSignsOfTheirSteps) {
+  const auto bits = [](double value) { return std::bit_cast<std::uint64_t>(value); };
+  EXPECT_EQ(bits(trigonometry.ArcSin(-0.0)), bits(-0.0));
+  EXPECT_EQ(bits(trigonometry.ArcTan2(-0.0, -0.0)), bits(0.0));
+  EXPECT_EQ(bits(trigonometry.ArcTan2(-2, 0)), bits(-0.0));
+  EXPECT_EQ(bits(trigonometry.ArcTan2(-2, -0.0)), bits(0.0));
+  EXPECT_EQ(bits(trigonometry.ArcTan2(2, -0.0)), bits(-0.0));
 }
 
 TEST_F(CTrigonometryTest, SelfTestPasses) {

@@ -95,7 +95,14 @@ TEST(ArrayViewTest, AnArrayOfNoOrSeveralDimensionsIsAnErrorAtTheFirstQuestion) {
     EXPECT_EQ(RaisedNumber([&] { view.UpperBound(); }), kSubscriptOutOfRange);
     EXPECT_EQ(RaisedNumber([&] { view(0); }), kSubscriptOutOfRange);
     EXPECT_EQ(RaisedNumber([&] { view.Elements(); }), kSubscriptOutOfRange);
+    EXPECT_EQ(view.BoundsOrNone(), (Bounds{0, -2}));
   }
+}
+
+TEST(ArrayViewTest, BoundsOrNoneAreTheBoundsWhereThereAreSome) {
+  const double elements[] = {1, 2};
+  EXPECT_EQ(View(elements, 2, 7).BoundsOrNone(), (Bounds{7, 8}));
+  EXPECT_EQ(View(BoundedArray<double>::Empty()).BoundsOrNone(), (Bounds{0, -1}));
 }
 
 }  // namespace

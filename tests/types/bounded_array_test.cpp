@@ -7,6 +7,7 @@
 #include <limits>
 #include <new>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "tests/support/raised_number.hpp"
@@ -296,6 +297,26 @@ TEST(BoundedArrayTest, AReDimensionedArrayEqualsOneOfTheSameBounds) {
   array.ReDim({1, 2});
   EXPECT_EQ(array, BoundedArray<double>(Bounds{1, 2}));
   EXPECT_EQ(BoundedArray<double>(std::vector<double>{0, 0}, 1), array);
+}
+
+TEST(BoundedArrayTest, AnArrayThatWasMovedFromWasNeverDimensioned) {
+  auto array = Numbered(Bounds{1, 2}, Bounds{3, 4});
+  const double* const data = array.Elements().data();
+  BoundedArray<double> moved(std::move(array));
+  EXPECT_EQ(array, BoundedArray<double>());
+  EXPECT_EQ(RaisedNumber([&] { array(1, 3); }), kSubscriptOutOfRange);
+  EXPECT_EQ(moved, Numbered(Bounds{1, 2}, Bounds{3, 4}));
+  EXPECT_EQ(moved.Elements().data(), data);
+
+  array = Numbered(Bounds{0, 5});
+  array = std::move(moved);
+  EXPECT_EQ(moved, BoundedArray<double>());
+  EXPECT_EQ(array, Numbered(Bounds{1, 2}, Bounds{3, 4}));
+  EXPECT_EQ(array.Elements().data(), data);
+
+  BoundedArray<double>& itself = array;
+  array = std::move(itself);
+  EXPECT_EQ(array, Numbered(Bounds{1, 2}, Bounds{3, 4}));
 }
 
 TEST(BoundedArrayTest, ACopyIsIndependent) {

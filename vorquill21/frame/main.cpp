@@ -4,7 +4,6 @@
 #include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21 {
-
 Main::Main(Platform& platform)
     : platform_(platform),
       file_(MakeShared<CFile>(platform)),

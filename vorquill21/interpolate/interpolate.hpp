@@ -47,7 +47,8 @@ class VORQUILL21_API CInterpolate {
 
   /// The value at `arX` of the table with the nodes x(k) and the values y(k), joined by straight lines; x
   /// ascends or descends, which is not checked. Within the table the interval [k, k + 1] is the one that
-  /// ArrayLocate of `moUtils` finds in all of `arXVals`, so that a node gives its own y.
+  /// ArrayLocate of `moUtils` finds in all of `arXVals`; a node gives its own y, but for the rounding of the
+  /// line.
   ///
   /// L = anLowerBound and U = anUpperBound decide only about what is outside. The table is ascending when
   /// x(L) < x(U).

@@ -101,8 +101,9 @@ class VORQUILL21_API CMathUtils {
                               std::int32_t anNDPs = 0) const;
 
   /// True when each element is greater (emsPositive) or less (emsNegative) than the one before it; equal
-  /// neighbours fail. True for fewer than two elements. Another scale type makes no demands: the differences
-  /// are still formed, so an element that is no number is still an error, but none of them fails.
+  /// neighbours fail. True for fewer than two indices of the first dimension, as no element is looked at
+  /// then, however many dimensions there are. Another scale type makes no demands: the differences are still
+  /// formed, so an element that is no number is still an error, but none of them fails.
   ///
   /// On failure `asStatusMsg` receives `asName` and " must be monotonic positive" (or "negative"); otherwise
   /// it is left alone. Cost: linear, up to the first failure.

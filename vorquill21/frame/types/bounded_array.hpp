@@ -30,8 +30,17 @@ struct Bounds {
 template <typename T>
 class BoundedArray {
  public:
-  /// Never dimensioned.
+  /// Never dimensioned, as is an array that was moved from.
   BoundedArray() = default;
+  BoundedArray(const BoundedArray&) = default;
+  BoundedArray(BoundedArray&& other) noexcept { Swap(other); }
+  BoundedArray& operator=(const BoundedArray&) = default;
+  BoundedArray& operator=(BoundedArray&& other) noexcept {
+    BoundedArray moved(std::move(other));
+    Swap(moved);
+    return *this;
+  }
+  ~BoundedArray() = default;
 
   /// Dimensioned with the given bounds, every element T(). An upper bound below its lower bound is error 9;
   /// more elements than memory holds is error 7.
@@ -96,6 +105,12 @@ class BoundedArray {
 
  private:
   using AllBounds = std::array<Bounds, 3>;
+
+  void Swap(BoundedArray& other) noexcept {
+    elements_.swap(other.elements_);
+    bounds_.swap(other.bounds_);
+    std::swap(rank_, other.rank_);
+  }
 
   /// `count` times the number of indices; error 7 when memory cannot hold as many elements.
   static std::size_t Product(std::size_t count, Bounds dimension) {

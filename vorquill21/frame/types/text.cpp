@@ -145,7 +145,9 @@ bool EqualIgnoringCase(TextView left, TextView right) noexcept {
 }
 
 std::size_t FindIgnoringCase(TextView text, TextView sought, std::size_t from) noexcept {
-  for (std::size_t at = from; at + sought.size() <= text.size(); ++at) {
+  if (sought.size() > text.size()) return TextView::npos;
+  const std::size_t last = text.size() - sought.size();
+  for (std::size_t at = from; at <= last; ++at) {
     if (EqualIgnoringCase(text.substr(at, sought.size()), sought)) return at;
   }
   return TextView::npos;
