@@ -81,10 +81,11 @@ VORQUILL21_INLINED double SumInRange(double x, std::span<const double> coefficie
 
 /// Whether x^0 to x^count, and the errors of their products, are normal numbers.
 bool AreInRange(double x, std::size_t count) {
-  constexpr std::size_t kLimit = 900;
+  constexpr std::uint64_t kLimit = 900;
   constexpr int kBias = 1023;
   const int biased = static_cast<int>(std::bit_cast<std::uint64_t>(x) >> 52 & 0x7FF);
-  const auto size = static_cast<std::size_t>(std::max(biased - kBias + 1, kBias - biased));  // >= |log2 |x||
+  const auto size =
+      static_cast<std::uint64_t>(std::max(biased - kBias + 1, kBias - biased));  // >= |log2 |x||
   return size * count < kLimit;
 }
 

@@ -75,7 +75,7 @@ class VORQUILL21_API CGeometry {
                       BoundedArray<double>& aaMatrixResult) const;
 
   /// The point turned by the matrix M: M(1,1) * x + M(1,2) * y + M(1,3) * z, and so for the rows 2 and 3. A
-  /// matrix that lacks one of these elements is error 9.
+  /// matrix that lacks one of these elements is error 9. The results must not be elements of the matrix.
   void TransformPoint(double arOriginalPointX, double arOriginalPointY, double arOriginalPointZ,
                       const BoundedArray<double>& aaRotMatrix, double& arNewPointX, double& arNewPointY,
                       double& arNewPointZ) const;
