@@ -7,6 +7,7 @@
 #include "tests/files/self_test_entry.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/names_in.hpp"
 #include "vorquill21/files/file.hpp"
 
 namespace vorquill21 {
@@ -14,6 +15,7 @@ namespace {
 
 using test::FaultPlan;
 using test::ForEachFault;
+using test::NamesIn;
 using test::RunSelfTest;
 
 constexpr TextView kSelfTestFolder = u"/library/self test";
@@ -22,12 +24,6 @@ FailedTests FailuresOn(Platform& platform) {
   FailedTests failedTests;
   RunSelfTest(CFile(platform), failedTests);
   return failedTests;
-}
-
-std::vector<Text> NamesIn(Files& files, TextView folder) {
-  std::vector<Text> names;
-  for (const DirectoryEntry& entry : files.List(Text(folder).append(u"/*"))) names.push_back(entry.name);
-  return names;
 }
 
 TEST(FileSelfTest, PassesAndLeavesNoFileBehind) {
@@ -57,7 +53,7 @@ TEST(FileSelfTest, SampleHasThreeLines) {
   test::FakePlatform fake;
   KeepingFiles files;
   files.MakeFolder(u"/library");
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   FailuresOn(platform);
   EXPECT_EQ(std::ranges::count(files.sample, '\r'), 3);
   EXPECT_EQ(std::ranges::count(files.sample, '\n'), 3);

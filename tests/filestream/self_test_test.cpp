@@ -1,3 +1,5 @@
+#include "tests/support/self_test.hpp"
+
 #include <fstream>
 #include <iterator>
 
@@ -5,24 +7,17 @@
 #include "tests/support/faulty_platform.hpp"
 
 namespace vorquill21 {
+
+VORQUILL21_OPEN_SELF_TEST(CFileStream);
+
 namespace {
 
 using test::FaultPlan;
 using test::ForEachFault;
 
-/// An explicit instantiation may name a private member, and so hand it to a friend.
-template <auto kEntry>
-struct Opened {
-  friend void CallEntry(const CFileStream& stream, FailedTests& failedTests) {
-    (stream.*kEntry)(failedTests);
-  }
-};
-template struct Opened<&CFileStream::SelfTest_Main>;
-void CallEntry(const CFileStream& stream, FailedTests& failedTests);
-
 FailedTests SelfTestOn(Platform& platform) {
   FailedTests failedTests{u"earlier"};
-  CallEntry(CFileStream(platform), failedTests);
+  CallSelfTest(CFileStream(platform), failedTests);
   EXPECT_EQ(failedTests.front(), u"earlier");
   failedTests.erase(failedTests.begin());
   return failedTests;

@@ -205,7 +205,7 @@ TEST(MainTest, TheReportIsTheOnlyMessageBoxEvenWhereReadingFails) {
   FakePlatform fake;
   UnreadableFiles files;
   files.MakeFolder(u"/library");
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   Main(platform).Initialise(Arguments({1}));
   EXPECT_EQ(fake.desktop.beeps, 1);
   EXPECT_TRUE(fake.desktop.messages.empty());
@@ -225,7 +225,7 @@ TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
   {
     InstalledLibrary library;
     ReadOnlyFiles files;
-    Platform platform(files, library.desktop, library.locale, library.process, library.settings);
+    Platform platform = library.With(files);
     EXPECT_EQ(ReportOn(platform, library.desktop), needingFiles);
   }
   {
@@ -242,7 +242,7 @@ TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
     };
     InstalledLibrary library;
     LossyLocale locale;
-    Platform platform(library.files, library.desktop, locale, library.process, library.settings);
+    Platform platform = library.With(locale);
     EXPECT_EQ(ReportOn(platform, library.desktop),
               (ShownMessage{u"Failed the following tests:\r\rSelfTest_Main\rSelfTest_ReadWrite\r"
                             u"SelfTest_IsCompatibleVersion\rSelfTest_3dTable\r",
