@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/files/os_utils.hpp"
 #include "vorquill21/log/log.hpp"
 
@@ -59,25 +58,12 @@ INSTANTIATE_TEST_SUITE_P(Every, MemoryOfLogsTest, ::testing::ValuesIn(kSteps),
                          [](const auto& test) { return test.param.name; });
 
 TEST_P(MemoryOfLogsTest, AShortageRaisesNothingButErrorSeven) {
-  for (const int count : {1, 2, 3, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      SCOPED_TRACE(std::to_string(count) + " allocations from " + std::to_string(first));
-      Setting setting;
-      std::int32_t number = 0;
-      {
-        const MemoryShortage shortage(first, count);
-        try {
-          GetParam().run(setting);
-        } catch (const LibraryError& error) {
-          number = error.Number();
-        }
-      }
-      isHit = MemoryShortage::Hit();
-      EXPECT_TRUE(number == GetParam().number || (isHit && number == kOutOfMemory)) << number;
-      EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
-    }
-  }
+  test::ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    const std::int32_t number = shortage.RaisedDuring([&] { GetParam().run(setting); });
+    EXPECT_TRUE(number == GetParam().number || (shortage.Hit() && number == kOutOfMemory)) << number;
+    EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
+  });
 }
 
 }  // namespace
