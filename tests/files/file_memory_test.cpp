@@ -7,6 +7,7 @@
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/files/file.hpp"
+#include "vorquill21/files/os_utils.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -141,6 +142,31 @@ TEST_P(CFileMemoryTest, AShortageIsAFailureLikeAnyOtherAndRaisesNothing) {
     const bool isRewritten = isDone && GetParam().first.starts_with("FileWrite");
     EXPECT_EQ(setting.fake.files.Content(kPath),
               isRewritten ? "a new text that needs memory\r\n" : "the content of a file\r\n");
+  });
+}
+
+TEST(CFileMemoryUseTest, Crc32MakeTakesMemoryForABlockOfTheText) {
+  test::FakePlatform fake;
+  const CFile file(fake.platform);
+  const Text text(4'000'000, u'x');
+  EXPECT_LE(test::BytesAskedBy([&] { file.Crc32Make(text); }), 100'000u);
+}
+
+TEST(COSUtilsMemoryTest, AShortageLeavesTheReasonOutAndRaisesNothing) {
+  test::FakePlatform fake;
+  fake.desktop.specialFolders[eSpecialFolder_PERSONAL] = kFolder;
+  const COSUtils utils(fake.platform);
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Text path = u"what the caller had there before";
+    const bool isFound =
+        shortage.During([&] { return utils.GetSpecialFolderPath(eSpecialFolder_PERSONAL, path); });
+    EXPECT_EQ(path, isFound ? kFolder : path.empty() ? u"" : u"Folder Not Valid on this OS");
+  });
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Text path = u"what the caller had there before";
+    EXPECT_FALSE(shortage.During([&] { return utils.GetSpecialFolderPath(-1, path); }));
+    EXPECT_TRUE(path.empty() || path == u"Folder Not Valid on this OS");
+    EXPECT_EQ(path.empty(), shortage.Hit());
   });
 }
 

@@ -7,8 +7,10 @@
 #include "tests/files/self_test_entry.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "tests/support/names_in.hpp"
 #include "vorquill21/files/file.hpp"
+#include "vorquill21/files/path_self_test.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -122,6 +124,59 @@ TEST(FileSelfTest, AFaultFailsTheCheckThatItHits) {
     ++run;
   });
   EXPECT_EQ(run, std::size(kFailuresByCall));
+}
+
+TEST(FileSelfTest, AShortageOfMemoryFailsTheCheckThatItHits) {
+  std::vector<Text> names;
+  const auto runSelfTest = [&](test::MemoryShortage& shortage) {
+    test::FakePlatform fake;
+    FailedTests failedTests;
+    failedTests.reserve(10);
+    shortage.During([&] { RunSelfTest(CFile(fake.platform), failedTests); });
+    ASSERT_LE(failedTests.size(), 1u);
+    if (!failedTests.empty() && (names.empty() || names.back() != failedTests[0])) {
+      names.push_back(failedTests[0]);
+    }
+  };
+  test::ForEachShortage(runSelfTest, {1});
+  EXPECT_EQ(names, (std::vector<Text>{u"ListFilesMathchingType", u"", u"SelfTest_DirMake",
+                                      u"SelfTest_ParseFileTitle", u"SelfTest_EnsureExtension"}));
+}
+
+/// Right answers in capitals but for one, which is wrong.
+class PathsWrongOnce {
+ public:
+  explicit PathsWrongOnce(int call) : call_(call) {}
+
+  Text ParseFileTitle(TextView path) const { return Spoilt(file_.ParseFileTitle(path)); }
+  Text EnsureExtension(TextView path, TextView extension) const {
+    return Spoilt(file_.EnsureExtension(path, extension));
+  }
+
+  int Calls() const { return calls_; }
+
+ private:
+  Text Spoilt(const Text& text) const { return ++calls_ == call_ ? text + u"x" : UpperCase(text); }
+
+  test::FakePlatform fake_;
+  CFile file_{fake_.platform};
+  int call_;
+  mutable int calls_ = 0;
+};
+
+TEST(PathSelfTest, EveryWrongAnswerFailsTheCheckOfItsOperation) {
+  struct Row {
+    bool (*passes)(const PathsWrongOnce& paths);
+    int calls;
+  };
+  for (const Row& row : {Row{ParsesFileTitles, 8}, Row{EnsuresExtensions, 5}}) {
+    const PathsWrongOnce right(0);
+    EXPECT_TRUE(row.passes(right)) << "letter case is ignored";
+    EXPECT_EQ(right.Calls(), row.calls);
+    for (int call = 1; call <= row.calls; ++call) {
+      EXPECT_FALSE(row.passes(PathsWrongOnce(call))) << call;
+    }
+  }
 }
 
 }  // namespace

@@ -167,6 +167,28 @@ TEST_F(CFileTest, DeliberateFileOfANameWithWildcardsExistsWhenAnyOrdinaryFileMat
   EXPECT_FALSE(file_.FileExists(u"/library/*.dat"));
 }
 
+TEST_F(CFileTest, NamesThatHoldANulAreNoFilesAndNoFolders) {
+  using namespace std::string_view_literals;
+  constexpr TextView kWithNul = u"/library/data.txt\0"sv;
+  fake_.files.Replace(kPath, "x");
+  EXPECT_FALSE(file_.FileExists(kWithNul));
+  EXPECT_FALSE(file_.DirExists(u"/library\0"sv));
+  EXPECT_FALSE(file_.DirMake(u"/library/new\0"sv));
+  Text text = u"before";
+  EXPECT_FALSE(file_.FileReadAsString(kWithNul, text, false));
+  EXPECT_EQ(text, u"");
+  EXPECT_FALSE(file_.CompareFiles(kPath, kWithNul));
+  BoundedArray<Text> list;
+  std::int32_t count = -1;
+  file_.ListFilesMatchingExt(u"/library", u"txt\0"sv, list, count);
+  EXPECT_EQ(count, 0);
+  EXPECT_TRUE(Messages().empty());
+  EXPECT_FALSE(file_.FileWriteAsString(kWithNul, u"text", false));
+  EXPECT_EQ(Messages(), std::vector{ErrorMessage(WritingError(kWithNul))});
+  EXPECT_EQ(fake_.files.Content(kPath), "x");
+  EXPECT_EQ(test::RaisedNumber([&] { file_.DirMakeNested(u"\\library\\new\0"sv); }), kBadFileName);
+}
+
 // Reading.
 
 struct ReadCase {
@@ -201,6 +223,27 @@ TEST_F(CFileTest, DeliberateReadingRemovesOneLineEnd) {
     EXPECT_EQ(text, row.text);
   }
   EXPECT_TRUE(Messages().empty());
+}
+
+TEST_F(CFileTest, ReadingFollowsTheStepsForAllShortFilesOfFourBytes) {
+  constexpr char kBytes[] = {'a', '\r', '\n', '\0'};
+  constexpr int kLongest = 5;
+  for (int length = 0; length <= kLongest; ++length) {
+    for (int number = 0; number < 1 << (2 * length); ++number) {
+      std::string bytes;
+      for (int i = 0; i < length; ++i) bytes += kBytes[(number >> (2 * i)) % 4];
+      fake_.files.Replace(kPath, bytes);
+      std::string expected = bytes + '\0';
+      bool isRead = true;
+      for (const char last : {'\0', '\n', '\r'}) {
+        isRead = isRead && !expected.empty();
+        if (isRead && expected.back() == last) expected.pop_back();
+      }
+      Text text = u"before";
+      ASSERT_EQ(file_.FileReadAsString(kPath, text), isRead) << number << " of " << length;
+      ASSERT_EQ(text, isRead ? FromCodePage(fake_.locale, expected) : Text()) << number << " of " << length;
+    }
+  }
 }
 
 TEST_F(CFileTest, DeliberateReadingFailsWhenNothingIsLeftToLookAt) {

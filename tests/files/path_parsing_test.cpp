@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_error.hpp"
 #include "vorquill21/files/file.hpp"
@@ -71,6 +73,61 @@ TEST_F(PathParsingTest, DeliberateSlashIsAnOrdinaryCharacterInFolderAndExtension
 
 TEST_F(PathParsingTest, DeliberateNameJoinsTitleAndExtensionOfDifferentSeparators) {
   EXPECT_EQ(file_.ParseFileName(u"a.b/z"), u"z.b/z");
+}
+
+// --- Step by step ----------------------------------------------------------------------------------------
+
+Text ExtensionStepByStep(const Text& path) {
+  for (std::size_t at = path.size(); at > 0; --at) {
+    if (path[at - 1] == u'\\') return {};
+    if (path[at - 1] == u'.') return path.substr(at);
+  }
+  return {};
+}
+
+Text TitleStepByStep(Text path) {
+  while (path.find(u'\\') != Text::npos) path.erase(0, path.find(u'\\') + 1);
+  while (path.find(u'/') != Text::npos) path.erase(0, path.find(u'/') + 1);
+  if (path.find(u'.') != Text::npos) path.erase(path.rfind(u'.'));
+  return path;
+}
+
+Text WithExtensionStepByStep(const Text& path, const Text& extension) {
+  std::vector<Text> parts(1);
+  for (const char16_t unit : path) {
+    if (unit == u'.') {
+      parts.emplace_back();
+    } else {
+      parts.back() += unit;
+    }
+  }
+  if (EqualIgnoringCase(parts.back(), extension)) return path;
+  Text joined;
+  for (std::size_t i = 0; i + 1 < parts.size() || i == 0; ++i) joined += parts[i] + u'.';
+  return joined + extension;
+}
+
+TEST_F(PathParsingTest, EveryShortPathOfFiveUnitsFollowsTheSteps) {
+  constexpr TextView kUnits = u"aX.\\/";
+  constexpr std::size_t kLongest = 6;
+  for (std::size_t length = 1, count = kUnits.size(); length <= kLongest; ++length, count *= kUnits.size()) {
+    for (std::size_t number = 0; number < count; ++number) {
+      Text path;
+      for (std::size_t rest = number; path.size() < length; rest /= kUnits.size()) {
+        path += kUnits[rest % kUnits.size()];
+      }
+      const Text extension = ExtensionStepByStep(path);
+      const Text title = TitleStepByStep(path);
+      ASSERT_EQ(file_.ParseFileDir(path), path.substr(0, path.rfind(u'\\') + 1)) << ToUtf8(path);
+      ASSERT_EQ(file_.ParseFileExt(path), extension) << ToUtf8(path);
+      ASSERT_EQ(file_.ParseFileTitle(path), title) << ToUtf8(path);
+      ASSERT_EQ(file_.ParseFileName(path), extension.empty() ? title : title + u'.' + extension)
+          << ToUtf8(path);
+      for (const Text& wanted : {Text(), Text(u"x"), Text(u"Xa"), Text(u"a.x"), Text(u"/")}) {
+        ASSERT_EQ(file_.EnsureExtension(path, wanted), WithExtensionStepByStep(path, wanted)) << ToUtf8(path);
+      }
+    }
+  }
 }
 
 struct EnsuredPath {

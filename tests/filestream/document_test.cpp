@@ -71,9 +71,11 @@ class Pair {
   LiteralDocument literal_;
 };
 
-const std::vector<Text> kNames = {u"A",    u"B",    u"AB",   u"LONG NAME 1", u"LONG NAME 2", u"",
-                                  u"A[B]", u"[A",   u"A]",   u"][",          u"[",           u"]",
-                                  u"x",    u"A\tB", u"\r\n", u" A",          u"A\r",         u"B]\tA"};
+const std::vector<Text> kNames = {u"A",    u"B",  u"AB",  u"LONG NAME 1", u"LONG NAME 2", u"",      u"A[B]",
+                                  u"[A",   u"A]", u"][",  u"[",           u"]",           u"x",     u"A\tB",
+                                  u"\r\n", u" A", u"A\r", u"B]\tA",       Text(1, u'\0'), u"\xD83D"};
+
+const Text kAlphabet = Text(u"[]AB\t\r\n x\xD83D") + u'\0';
 
 Text RandomText(std::mt19937& random, std::size_t length, TextView alphabet) {
   Text text;
@@ -93,7 +95,7 @@ void DoSomething(std::mt19937& random, Pair& pair, const std::vector<Text>& name
   const Text& name = names[random() % names.size()];
   switch (random() % 32) {
     case 0:
-      pair.Assign(RandomText(random, random() % 40, u"[]AB\t\r\n x"));
+      pair.Assign(RandomText(random, random() % 40, kAlphabet));
       break;
     case 1:
       pair.AbandonDraft(RandomRecord(random, name));
@@ -133,7 +135,7 @@ void CompareInRandomLives(const std::vector<Text>& names) {
   for (unsigned seed = 0; seed < 2000; ++seed) {
     SCOPED_TRACE(seed);
     std::mt19937 random(seed);
-    Pair pair(RandomText(random, random() % 60, u"[]AB\t\r\n x"));
+    Pair pair(RandomText(random, random() % 60, kAlphabet));
     for (int step = 0; step < 150; ++step) DoSomething(random, pair, names);
     for (const Text& name : names) pair.ExpectSame(name);
     pair.ExpectSameText();

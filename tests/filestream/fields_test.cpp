@@ -60,6 +60,38 @@ TEST_P(CFileStreamFieldsTest, ArraysOfNumbersAreWrittenInTheUsersNotation) {
   EXPECT_EQ(Records(), Localised(u"[D]\t1.5\t0\t-2E+300\r\n"));
 }
 
+TEST_P(CFileStreamFieldsTest, NamesAndValuesMayHoldAnyUnits) {
+  using namespace std::string_view_literals;
+  const TextView texts[] = {u"\0"sv,   u"a\0b"sv,     u"\xD83D", u"\xDE00\xD83D",
+                            u"\u4E2D", u"\"quoted\"", u"a\u00A0"};
+  for (const TextView name : texts) {
+    for (const TextView value : texts) {
+      stream.SetContents(u"");
+      stream.AddField(name, value);
+      EXPECT_EQ(Records(), Text(u"[").append(name).append(u"]\t").append(value).append(u"\r\n"));
+      EXPECT_EQ(stream.GetFieldString(name), Variant(value));
+      for (const TextView other : texts) EXPECT_EQ(stream.FieldExists(other), other == name);
+      EXPECT_TRUE(stream.RemoveField(name));
+      EXPECT_EQ(Records(), u"");
+    }
+  }
+}
+
+TEST_P(CFileStreamFieldsTest, NamesAndValuesMayHaveAnyLength) {
+  for (std::size_t length : {2000u, 2037u, 2038u, 2039u, 2040u, 2041u, 2042u, 2043u, 2044u, 2045u, 2046u,
+                             2047u, 2048u, 2049u, 2050u, 4096u, 1'000'000u}) {
+    const Text name(length, u'n');
+    const Text value(length, u'v');
+    stream.SetContents(u"");
+    stream.AddField(name, ArrayOf({1.5, value, 2, value}));
+    EXPECT_EQ(Records(), u"[" + name + u"]\t" + TextOf(1.5) + u"\t" + value + u"\t2\t" + value + u"\r\n");
+    EXPECT_EQ(stream.GetFieldString(name), Variant(ArrayOf({TextOf(1.5), value, u"2", value})));
+    EXPECT_FALSE(stream.FieldExists(name + u"n"));
+    EXPECT_TRUE(stream.RemoveField(name));
+    EXPECT_EQ(Records(), u"");
+  }
+}
+
 TEST_P(CFileStreamFieldsTest, EmptyArrayAddsARecordWithoutValues) {
   stream.AddField(u"F", BoundedArray<Variant>::Empty());
   EXPECT_EQ(Records(), u"[F]\r\n");
@@ -186,6 +218,8 @@ TEST_P(CFileStreamFieldsTest, DefaultThatFillsAGapKeepsItsKind) {
             Variant(ArrayOf({u"1", 2.5, u"3", true, Variant()})));
   EXPECT_EQ(stream.GetFieldString(u"F", BoundedArray<double>(std::vector{1.0, 2.5})),
             Variant(ArrayOf({u"1", 2.5, u"3"})));
+  EXPECT_EQ(stream.GetFieldString(u"F", BoundedArray<Text>(std::vector<Text>{u"a", u"b", u"c", u"d"}, -1)),
+            Variant(ArrayOf({u"1", u"c", u"3"})));
 }
 
 TEST_P(CFileStreamFieldsTest, DeliberateScalarDefaultFillsNoGap) {
@@ -288,6 +322,18 @@ TEST_P(CFileStreamFieldsTest, ElementsOfADefaultArrayAreReadAsNumbersInTheirPlac
   EXPECT_EQ(stream.GetFieldNumber(u"ABSENT", NoVersions()), Variant(NoVersions()));
   stream.AddField(u"F", u"1\t\t3");
   EXPECT_EQ(stream.GetFieldNumber(u"F", ArrayOf({4, 5.5, 6, 7})), Variant(ArrayOf({1.0, 5.5, 3.0, 7.0})));
+}
+
+TEST_P(CFileStreamFieldsTest, DefaultArrayMayEndAtTheLastIndexThereIs) {
+  constexpr std::int32_t kLast = std::numeric_limits<std::int32_t>::max();
+  EXPECT_EQ(stream.GetFieldNumber(u"ABSENT", ArrayOf({1, u"x"}, kLast - 1)),
+            Variant(ArrayOf({1.0, 0.0}, kLast - 1)));
+  EXPECT_EQ(stream.GetFieldNumber(u"ABSENT", BoundedArray<double>(std::vector{1.5, 2.0}, kLast - 1)),
+            Variant(BoundedArray<double>(std::vector{1.5, 2.0}, kLast - 1)));
+  EXPECT_EQ(stream.GetFieldNumber(u"ABSENT", BoundedArray<Text>(std::vector<Text>{u"7", u"8"}, kLast - 1)),
+            Variant(ArrayOf({7.0, 8.0}, kLast - 1)));
+  EXPECT_EQ(stream.GetFieldString(u"ABSENT", ArrayOf({1}, kLast)), Variant(ArrayOf({1}, kLast)));
+  ExpectMessages({});
 }
 
 TEST_P(CFileStreamFieldsTest, DefaultThatIsNoScalarAndNoListRaisesItsError) {

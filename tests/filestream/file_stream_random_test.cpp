@@ -160,5 +160,126 @@ TEST_P(CFileStreamRandomTest, VersionsAreComparedAsTheirStepsSay) {
   ExpectMessages({});
 }
 
+// --- Whole lives -----------------------------------------------------------------------------------------
+
+/// What an object promises of its document, written for clarity alone.
+struct LiteralStream {
+  Text ValueOf(TextView name) const { return LiteralValue(document, name).value_or(Text()); }
+
+  void Add(TextView name, const Text& tabsAndValues) {
+    document.Remove(name);
+    document.Append(Text(u"[").append(name).append(u"]").append(tabsAndValues).append(u"\r\n"));
+  }
+
+  void Complete() {
+    if (ValueOf(u"FILEVERSION").empty()) Add(u"FILEVERSION", u"\t" + LiteralTrimmed(version));
+    if (ValueOf(u"DEC SEP").empty()) Add(u"DEC SEP", u"\t" + separator);
+  }
+
+  void SetContents(const Text& text) {
+    document.text = text;
+    if (!ValueOf(u"FILEVERSION").empty()) version = ValueOf(u"FILEVERSION");
+  }
+
+  void Initialise(TextView newVersion) {
+    version = newVersion;
+    document.text.clear();
+    Add(u"DEC SEP", u"\t" + separator);
+    Add(u"FILEVERSION", u"\t" + version);
+  }
+
+  LiteralDocument document;
+  Text version;
+  Text separator;
+  Text file;
+};
+
+/// Objects that live beside what they promise.
+class CFileStreamLivesTest : public CFileStreamRandomTest {
+ protected:
+  static constexpr TextView kPath = u"/library/data.txt";
+  static constexpr TextView kNames[] = {u"A",  u"A", u"B",  u"B",    u"AB",      u"DEC SEP", u"FILEVERSION",
+                                        u"A]", u"",  u"[B", u"\r\n", u"\"A\" 1", u"A]\r\n[B"};
+  static constexpr TextView kValues[] = {u"",    u"1",   u"1", u"x y",   u" ",
+                                         u"\t2", u"[A]", u"]", u"v\r\n", u"\"q\""};
+  static constexpr TextView kHeads[] = {u"", u"[FILEVERSION]\t W 2 \t\r\n",
+                                        u"[DEC SEP] \r\n[FILEVERSION]\r\n"};
+
+  /// One thing that happens to both.
+  void DoSomething(CFileStream& lived, LiteralStream& literal) {
+    const TextView name = Pick(kNames);
+    const Text value(Pick(kValues));
+    const Text second(Pick(kValues));
+    const Text contents = value + Text(Pick(kHeads)) + u"[B]\t1\n[A]" + second + u"\r\n";
+    switch (Below(12)) {
+      case 0:
+        lived.SetContents(contents);
+        literal.SetContents(contents);
+        break;
+      case 1:
+        lived.Initialise(u"V 1", test::NoVersions());
+        literal.Initialise(u"V 1");
+        break;
+      case 2:
+        EXPECT_TRUE(lived.FileWrite(kPath));
+        literal.Complete();
+        literal.file = literal.document.text + u"\r\n";
+        EXPECT_EQ(fake.files.Content(kPath), ToUtf8(literal.file));
+        break;
+      case 3:
+        lived.FileRead(kPath);
+        literal.document.text = literal.file.substr(0, literal.file.size() - 1);
+        break;
+      case 4:
+        EXPECT_EQ(lived.RemoveField(name), literal.document.Remove(name));
+        break;
+      case 5:
+        EXPECT_TRUE(lived.AddTable2d(name, test::TableOf<Variant>({{1, u"2"}, {u"3", Variant()}})));
+        literal.Add(name, u"\t\r\n1\t2\r\n3\t0");
+        break;
+      case 6:
+        lived.AddField(name, test::ArrayOf({value, second}));
+        literal.Add(name, u"\t" + value + u"\t" + second);
+        break;
+      case 7:
+        literal.Complete();
+        EXPECT_EQ(lived.GetContents(), literal.document.text);
+        break;
+      default:
+        lived.AddField(name, value);
+        literal.Add(name, u"\t" + value);
+    }
+  }
+
+  void ExpectSame(CFileStream& lived, const LiteralStream& literal) {
+    for (const TextView name : kNames) {
+      const auto value = LiteralValue(literal.document, name);
+      EXPECT_EQ(lived.FieldExists(name), value.has_value()) << ToUtf8(name);
+      EXPECT_EQ(lived.GetFieldString(name), *LiteralValues(value, Missing{})) << ToUtf8(name);
+    }
+  }
+};
+VORQUILL21_WITH_EACH_SEPARATOR(CFileStreamLivesTest);
+
+TEST_P(CFileStreamLivesTest, EveryLifeIsThatOfATextWhichIsSearchedAndCut) {
+  for (int life = 0; life < 400; ++life) {
+    SCOPED_TRACE(life);
+    CFileStream lived(fake.platform);
+    LiteralStream literal;
+    literal.separator = Separator();
+    literal.file = u"[A]\t0\r\n.";
+    fake.files.Replace(kPath, ToUtf8(literal.file));
+    for (int step = 0; step < 60; ++step) {
+      DoSomething(lived, literal);
+      ExpectSame(lived, literal);
+      ASSERT_FALSE(HasFailure()) << ToUtf8(literal.document.text);
+    }
+  }
+  // Only a file with several values in its "DEC SEP" is reported; the document is that of the file then.
+  for (const test::ShownMessage& message : fake.desktop.messages) {
+    EXPECT_EQ(message, test::ErrorMessage(u"An error occurred while reading file: /library/data.txt"));
+  }
+}
+
 }  // namespace
 }  // namespace vorquill21

@@ -49,6 +49,7 @@ const std::vector<std::pair<std::string, Operation>> kOperations = {
     {"AddField", [](CFileStream& stream) { stream.AddField(kLongName, kValues); }},
     {"AddTable2d", [](CFileStream& stream) { stream.AddTable2d(kLongName, kTable); }},
     {"AddTable3d", [](CFileStream& stream) { stream.AddTable3d(kLongName, kCube); }},
+    {"FieldExists", [](CFileStream& stream) { stream.FieldExists(kLongName); }},
     {"FileRead",
      [](CFileStream& stream) {
        Text text;
@@ -70,6 +71,7 @@ const std::vector<std::pair<std::string, Operation>> kOperations = {
     {"RemoveField", [](CFileStream& stream) { stream.RemoveField(kLongName); }},
     {"SetContents",
      [](CFileStream& stream) { stream.SetContents(u"[FILEVERSION]\tA LONGER VERSION 3\r\n"); }},
+    {"FileVersion", [](CFileStream& stream) { stream.FileVersion(); }},
     {"FileVersionNumber", [](CFileStream& stream) { stream.FileVersionNumber(); }},
     {"FileVersionType", [](CFileStream& stream) { stream.FileVersionType(); }},
 };
@@ -114,6 +116,19 @@ TEST(CFileStreamMemoryTest, TableIsWrittenWholeOrNotAtAll) {
     EXPECT_EQ(setting.stream.GetContents(), before);
   };
   ForEachShortage(addTable, {1});
+}
+
+TEST(CFileStreamMemoryTest, FileThatIsReadIsInTheTextAndInTheDocumentOrInNeither) {
+  const Text content = u"[DEC SEP]\t.\r\n[NEW]\t1.25\r\n\r";
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    Text text;
+    shortage.RaisedDuring([&] { setting.stream.FileRead(kPath, &text); });
+    const bool isRead = text == content;
+    EXPECT_TRUE(isRead || (shortage.Hit() && text.empty()));
+    EXPECT_EQ(setting.stream.FieldExists(u"NEW"), isRead);
+    EXPECT_EQ(setting.stream.FieldExists(u"LAST"), !isRead);
+  });
 }
 
 TEST(CFileStreamMemoryTest, LookUpThatFailsIsReportedWithTheFieldsName) {

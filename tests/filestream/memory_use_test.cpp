@@ -1,6 +1,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <string>
 
 #include "tests/filestream/file_stream_fixture.hpp"
@@ -48,6 +49,18 @@ TEST(CFileStreamMemoryUseTest, RaggedTableOfAMegabyteAsksForEightAtTheMost) {
       }
     }
   }
+}
+
+// --- Tables that begin far away --------------------------------------------------------------------------
+
+TEST(CFileStreamMemoryUseTest, TableWhoseNumberOfRowsOverflowsIsRefusedAtOnce) {
+  constexpr std::int32_t kLast = std::numeric_limits<std::int32_t>::max();
+  const Variant table = BoundedArray<double>({kLast, kLast}, {-1, -1});
+  FakePlatform fake;
+  CFileStream stream(fake.platform);
+  EXPECT_LE(BytesAskedBy([&] { EXPECT_FALSE(stream.AddTable2d(u"T", table)); }), kSmallChange);
+  EXPECT_EQ(fake.desktop.messages,
+            std::vector{test::ErrorMessage(u"An error occurred while adding table: T to the filestream")});
 }
 
 // --- Long texts ------------------------------------------------------------------------------------------

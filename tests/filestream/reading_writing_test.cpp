@@ -263,6 +263,41 @@ TEST_P(CFileStreamFilesTest, FileWithSeveralSeparatorsIsReadAndReported) {
   EXPECT_TRUE(stream.FieldExists(u"A"));
 }
 
+TEST_P(CFileStreamFilesTest, SeparatorThatCouldNotBeSettledIsSettledByTheNextDocument) {
+  fake.files.Replace(kPath, "[DEC SEP]\t.\t,\r\n[A]\t1\r\n\r\n");
+  EXPECT_FALSE(stream.FileRead(kPath));
+  EXPECT_FALSE(stream.FileRead(kPath));
+  ExpectMessages({u"An error occurred while reading file: /library/data.txt",
+                  u"An error occurred while reading file: /library/data.txt"});
+  EXPECT_EQ(ErrorOf([&] { stream.GetFieldNumber(u"A"); }).number, kTypeMismatch);
+  fake.files.Replace(kPath, "[DEC SEP]\t;\r\n[A]\t1;5\r\n\r\n");
+  EXPECT_TRUE(stream.FileRead(kPath));
+  EXPECT_EQ(stream.GetFieldNumber(u"A"), Variant(1.5));
+}
+
+TEST_P(CFileStreamFilesTest, NameWithWildcardsIsAFileThatCannotBeOpened) {
+  fake.files.Replace(kPath, "[A]\t1\r\n\r\n");
+  stream.SetContents(u"[B]\t1\r\n");
+  Text text = u"before";
+  EXPECT_FALSE(stream.FileRead(u"/library/*.txt", &text));
+  EXPECT_EQ(text, u"");
+  EXPECT_TRUE(stream.FieldExists(u"B"));
+  ExpectMessages({u"An error occurred while reading file: /library/*.txt"});
+}
+
+TEST_P(CFileStreamFilesTest, NulsAndWhatTheCodePageCannotHoldInAFile) {
+  using namespace std::string_view_literals;
+  stream.AddField(u"N\0L"sv, u"\0a\0"sv);
+  stream.AddField(u"\xD83D\xDE00", u"\xDE00");
+  EXPECT_TRUE(stream.FileWrite(kPath));
+  EXPECT_TRUE(fake.files.Content(kPath).starts_with("[N\0L]\t\0a\0\r\n[??]\t?\r\n"sv));
+  CFileStream other(fake.platform);
+  EXPECT_TRUE(other.FileRead(kPath));
+  EXPECT_EQ(other.GetFieldString(u"N\0L"sv), Variant(u"\0a\0"sv));
+  EXPECT_EQ(other.GetFieldString(u"??"), Variant(u"?"));
+  EXPECT_FALSE(other.FieldExists(u"N"));
+}
+
 TEST_P(CFileStreamFilesTest, PathMayBeTheTextThatIsFilled) {
   fake.files.Replace(kPath, "[A]\t1\r\n\r\n");
   Text text(kPath);

@@ -5,6 +5,7 @@
 
 #include "tests/filestream/file_stream_fixture.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 
 namespace vorquill21 {
 
@@ -103,6 +104,77 @@ TEST_P(CFileStreamSelfTest, AnyOtherReferenceIsNoticed) {
     PutReference(fake, bytes);
     EXPECT_EQ(Run(), FailedTests{u"SelfTest_3dTable"}) << bytes;
   }
+}
+
+/// Writes a text otherwise than it was asked to.
+class ChangingFiles : public test::MemoryFiles {
+ public:
+  void Replace(TextView path, std::string_view bytes) override {
+    std::string changed(bytes);
+    if (const std::size_t at = changed.find(from); at != std::string::npos) {
+      changed.replace(at, from.size(), to);
+      ++changes;
+    }
+    MemoryFiles::Replace(path, changed);
+  }
+
+  std::string from;
+  std::string to;
+  int changes = 0;
+};
+
+TEST_P(CFileStreamSelfTest, EveryValueThatIsReadBackOtherwiseIsNoticed) {
+  const std::string number = ToUtf8(Localised(u"1.2"));
+  const struct {
+    std::string from;
+    std::string to;
+    TextView name;
+  } rows[] = {
+      {"description1", "description3", u"SelfTest_Main"},
+      {"\tdescription2", "\tdescription", u"SelfTest_Main"},
+      {ToUtf8(Localised(u"3\t0\t4.25")), ToUtf8(Localised(u"3\t0\t4.2")), u"SelfTest_Main"},
+      {"[TABLE FIELD]", "[TABLE]", u"SelfTest_Main"},
+      {"VERSION 1", "VERSION 3", u"SelfTest_ReadWrite"},
+      {"VERSION 2", "VERSION 3", u"SelfTest_ReadWrite"},
+      {"[text]\t1.2", "[text]\t1.20", u"SelfTest_ReadWrite"},
+      {"[number]\t" + number, "[number]\t" + number + "1", u"SelfTest_ReadWrite"},
+      {"elephant", "elephants", u"SelfTest_ReadWrite"},
+      {"item1", "item", u"SelfTest_ReadWrite"},
+      {"\titem4", "", u"SelfTest_ReadWrite"},
+      {"[letter]\tq", "[letter]\tQ", u"SelfTest_ReadWrite"},
+      {"[FILEVERSION]\tv2", "[FILEVERSION]\tv3", u"SelfTest_IsCompatibleVersion"},
+  };
+  for (const auto& row : rows) {
+    ChangingFiles files;
+    files.MakeFolder(u"/library");
+    files.MakeFolder(u"/library/self test");
+    files.Replace(u"/library/self test/3d ref.txt", ReferenceFile());
+    files.from = row.from;
+    files.to = row.to;
+    files.changes = 0;
+    Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+    EXPECT_EQ(SelfTestOn(platform), FailedTests{Text(row.name)}) << row.from;
+    EXPECT_GT(files.changes, 0) << row.from;
+  }
+}
+
+TEST_P(CFileStreamSelfTest, AShortageOfMemoryFailsTheCheckThatItHits) {
+  std::vector<Text> names;
+  const auto runSelfTest = [&](test::MemoryShortage& shortage) {
+    test::PlatformWithSeparator base(GetParam());
+    PutReference(base, ReferenceFile());
+    base.desktop.messages.reserve(20);
+    const CFileStream tested(base.platform);
+    FailedTests failedTests;
+    failedTests.reserve(10);
+    shortage.During([&] { CallSelfTest(tested, failedTests); });
+    ASSERT_LE(failedTests.size(), 1u);
+    if (!failedTests.empty() && (names.empty() || names.back() != failedTests[0])) {
+      names.push_back(failedTests[0]);
+    }
+  };
+  test::ForEachShortage(runSelfTest, {1});
+  EXPECT_EQ(names, kAllNames);
 }
 
 TEST_P(CFileStreamSelfTest, LibraryFolderThatIsMissingFailsTheChecksThatNeedFiles) {

@@ -308,6 +308,23 @@ TEST_P(CFileStreamTablesTest, PagesCanHoldVariantsAndTexts) {
   EXPECT_EQ(Records(), u"[V PAGE 1]\t\r\n2\tTrue\r\n[X PAGE 1]\t\r\n3\r\n");
 }
 
+TEST_P(CFileStreamTablesTest, PagesBeginAtIndexZeroWhateverTheLowerBounds) {
+  BoundedArray<double> table({-1, 1}, {-2, 0}, {-1, 1});
+  table(0, 0, 1) = 7;
+  table(1, 0, 1) = 8;
+  table(-1, -2, 1) = 9;
+  EXPECT_TRUE(stream.AddTable3d(u"N", table));
+  EXPECT_EQ(Records(), u"[N PAGE 1]\t\r\n7\r\n8\r\n");
+  ExpectMessages({});
+  for (const BoundedArray<double>& refused :
+       {BoundedArray<double>({1, 2}, {0, 1}, {0, 1}), BoundedArray<double>({0, 1}, {1, 2}, {0, 1}),
+        BoundedArray<double>({0, 1}, {0, 1}, {2, 3})}) {
+    EXPECT_FALSE(stream.AddTable3d(u"N", refused));
+    ExpectMessages({u"An error occurred while adding 3d table: N to the filestream"});
+  }
+  EXPECT_EQ(Records(), u"[N PAGE 1]\t\r\n7\r\n8\r\n");
+}
+
 TEST_P(CFileStreamTablesTest, EmptyVariantAndTableWithoutPagesAddNothing) {
   EXPECT_TRUE(stream.AddTable3d(u"N", Variant()));
   EXPECT_TRUE(stream.AddTable3d(u"N", BoundedArray<double>({0, 1}, {0, 1}, {0, 0})));

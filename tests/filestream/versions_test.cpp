@@ -1,3 +1,5 @@
+#include <limits>
+
 #include "tests/filestream/file_stream_fixture.hpp"
 
 namespace vorquill21 {
@@ -49,6 +51,32 @@ TEST_P(CFileStreamVersionsTest, CompatibleVersionsThatCannotBeReadLeaveTheDocume
             (RaisedError{kTypeMismatch, u"", u"Type mismatch"}));
   EXPECT_EQ(stream.GetContents(), text);
   ExpectMessages({});
+}
+
+TEST_P(CFileStreamVersionsTest, InitialiseThatFailedHasTakenTheVersionsBeforeTheFault) {
+  stream.Initialise(u"V 1", ArrayOf({u"OLD 0"}));
+  EXPECT_EQ(ErrorOf([&] {
+              stream.Initialise(u" V 2 ", ArrayOf({u"OLD 1", Missing{}, u"OLD 3"}));
+            }).number,
+            kTypeMismatch);
+  EXPECT_EQ(stream.FileVersion(), u"V 1");
+  Text status;
+  EXPECT_FALSE(stream.IsCompatibleVersion(true, Missing{}, Missing{}, Missing{}, &status));
+  EXPECT_EQ(
+      status,
+      u"Wrong file version\r\n\r\nFile version required = OLD 1  V 2 \r\nFile version available = V 1 ");
+  stream.RemoveField(u"FILEVERSION");
+  EXPECT_TRUE(stream.GetContents().ends_with(u"[FILEVERSION]\tV 2\r\n"));
+}
+
+TEST_P(CFileStreamVersionsTest, CompatibleVersionsHaveAnyBounds) {
+  constexpr std::int32_t kLast = std::numeric_limits<std::int32_t>::max();
+  for (const std::int32_t lower : {std::numeric_limits<std::int32_t>::min(), -1, 1, kLast - 2}) {
+    stream.Initialise(u"v2", ArrayOf({u"v1.1", u"v1.2", u"v1.3"}, lower));
+    for (const TextView version : {u"v1.1", u"v1.2", u"v1.3", u"v2"}) {
+      EXPECT_TRUE(stream.IsCompatibleVersion(true, version)) << lower << ToUtf8(version);
+    }
+  }
 }
 
 TEST_P(CFileStreamVersionsTest, DeliberateVersionIsTakenApartAtItsBlanks) {
@@ -165,8 +193,11 @@ TEST_P(CFileStreamVersionsTest, MissingVersionIsRefusedInItsOwnWords) {
   ExpectMessages({status});
 
   CFileStream fresh(fake.platform);
-  EXPECT_FALSE(fresh.IsCompatibleVersion(true, u"  ", Missing{}, Missing{}, &status));
-  EXPECT_EQ(status, u"Wrong file version\r\n\r\nFile version required =   \r\nNo file version available");
+  for (const Variant& actual : {Variant(u"  "), Variant(), Variant(Missing{})}) {
+    status = u"before";
+    EXPECT_FALSE(fresh.IsCompatibleVersion(true, actual, Missing{}, Missing{}, &status));
+    EXPECT_EQ(status, u"Wrong file version\r\n\r\nFile version required =   \r\nNo file version available");
+  }
 }
 
 TEST_P(CFileStreamVersionsTest, CompatibleVersionsKeepTheirOwnBlanks) {

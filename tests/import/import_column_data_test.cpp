@@ -366,6 +366,35 @@ TEST_F(CImportColumnDataTest, ADelimiterMayBePartOfNumbers) {
   }
 }
 
+TEST_F(CImportColumnDataTest, ANulIsAnOrdinaryCharacter) {
+  using namespace std::string_view_literals;
+  EXPECT_TRUE(ImportOf("a\0b,\0\n1\0002,\0003\n"sv));
+  EXPECT_EQ(Headers(), (std::vector<Text>{Text(u"a\0b"sv), Text(u"\0"sv)}));
+  EXPECT_EQ(Column(0), std::vector<double>{1});
+  EXPECT_EQ(Column(1), std::vector<double>{0});
+  import.Delimiter(u"\0"sv);
+  EXPECT_TRUE(ImportOf("a\0b\0\n1\0002\0\n"sv));
+  EXPECT_EQ(Headers(), (std::vector<Text>{u"a", u"b"}));
+  EXPECT_EQ(Column(1), std::vector<double>{2});
+}
+
+TEST_F(CImportColumnDataTest, QuotesAndBracketsBelongToTheFields) {
+  EXPECT_TRUE(ImportOf("\"a,b\",[c]\n\"1,2\",[3]\n4,5,6\n"));
+  EXPECT_EQ(Headers(), (std::vector<Text>{u"\"a", u"b\"", u"[c]"}));
+  EXPECT_EQ(Column(0), (std::vector<double>{0, 4}));
+  EXPECT_EQ(Column(1), (std::vector<double>{2, 5}));
+  EXPECT_EQ(Column(2), (std::vector<double>{0, 6}));
+}
+
+TEST_F(CImportColumnDataTest, AHeaderAndAFieldMayBeLongerThanABlockOfTheFile) {
+  const std::string longHeader(200'000, 'h');
+  const std::string manyZeros(200'000, '0');
+  EXPECT_TRUE(ImportOf(longHeader + ",b\n" + manyZeros + "7,1." + manyZeros + "5\n2,3\n"));
+  EXPECT_EQ(Headers(), (std::vector<Text>{FromUtf8(longHeader), u"b"}));
+  EXPECT_EQ(Column(0), (std::vector<double>{7, 2}));
+  EXPECT_EQ(Column(1), (std::vector<double>{1, 3}));
+}
+
 TEST_F(CImportColumnDataTest, ADelimiterThatHoldsALineEndIsNeverFound) {
   import.Delimiter(u"\n");
   EXPECT_TRUE(ImportOf("a,b\n1,2\n3,4\n"));

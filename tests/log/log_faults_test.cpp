@@ -35,6 +35,17 @@ struct FaultyLog {
   EntryRecorder recorder{log};
 };
 
+TEST(LogFaultsTest, MakingInitialisingAndDestroyingALogCallsNothing) {
+  const int faults = ForEachFault(kDeviceInputOutput, [](FaultPlan& plan) {
+    test::FakePlatform base;
+    test::FaultyPlatform faulty(base.platform, plan);
+    CLog log(faulty.platform);
+    log.Initialise(kLogPath, 10, true, false, u"TITLE");
+    log.Initialise(u"/library/other.log", 10, true, false, u"TITLE");
+  });
+  EXPECT_EQ(faults, 0);
+}
+
 TEST(LogFaultsTest, AnEntryIsLostOrWritten) {
   for (const RuntimeErrorNumber number : kNumbers) {
     const int faults = ForEachFault(number, [](FaultPlan& plan) {

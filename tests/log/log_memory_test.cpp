@@ -5,7 +5,6 @@
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/for_each_shortage.hpp"
-#include "vorquill21/files/os_utils.hpp"
 #include "vorquill21/log/log.hpp"
 
 namespace vorquill21 {
@@ -23,7 +22,6 @@ struct Setting {
   test::FakePlatform fake;
   CLog log{fake.platform};
   CLog otherLog{fake.platform};
-  COSUtils osUtils{fake.platform};
 };
 
 /// A step that is short of memory, and the number that it raises with enough of it, 0 when none.
@@ -45,12 +43,10 @@ const std::vector<Step> kSteps = {
     {"View", [](Setting& setting) { setting.log.View(); }},
     {"ViewUninitialised", [](Setting& setting) { setting.otherLog.View(); }, 1000},
     {"Text", [](Setting& setting) { setting.log.Text(); }},
+    {"Filepath", [](Setting& setting) { setting.log.Filepath(); }},
+    {"Making", [](Setting& setting) { CLog(setting.fake.platform).Filepath(); }},
+    {"MakingAnEvent", [](Setting&) { LogEvent().Disconnect(0); }},
     {"Connect", [](Setting& setting) { setting.log.EntryLogged.Connect([](TextView, ELogAction) {}); }},
-    {"GetSpecialFolderPath",
-     [](Setting& setting) {
-       Text path;
-       setting.osUtils.GetSpecialFolderPath(-1, path);
-     }},
 };
 
 class MemoryOfLogsTest : public ::testing::TestWithParam<Step> {};
@@ -64,6 +60,34 @@ TEST_P(MemoryOfLogsTest, AShortageRaisesNothingButErrorSeven) {
     EXPECT_TRUE(number == GetParam().number || (shortage.Hit() && number == kOutOfMemory)) << number;
     EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
   });
+}
+
+TEST(MemoryOfLogsTest, WhatRaisesNothingButError1000RaisesNothingDuringAShortage) {
+  const auto raisesNothing = [](void (*run)(Setting&)) {
+    test::ForEachShortage([&](MemoryShortage& shortage) {
+      Setting setting;
+      EXPECT_NO_THROW(shortage.During([&] { run(setting); }));
+    });
+  };
+  raisesNothing([](Setting& setting) { setting.log.StartLogging(); });
+  raisesNothing([](Setting& setting) { setting.log.View(); });
+  raisesNothing([](Setting& setting) { setting.log.Text(); });
+}
+
+TEST(MemoryOfLogsTest, EveryHandlerIsCalledOrNoneWhenMemoryRunsOut) {
+  int writtenWithoutCall = 0;
+  const auto addEntry = [&](MemoryShortage& shortage) {
+    Setting setting;
+    int calls = 0;
+    for (int i = 0; i < 3; ++i) setting.log.EntryLogged.Connect([&](TextView, ELogAction) { ++calls; });
+    const std::int32_t number =
+        shortage.RaisedDuring([&] { setting.log.AddEntry(u"an entry that needs memory", logNormal); });
+    EXPECT_TRUE(number == 0 || number == kOutOfMemory) << number;
+    EXPECT_TRUE(calls == 3 || (shortage.Hit() && calls == 0)) << calls;
+    if (calls == 0 && setting.log.Text() == u"an entry that needs memory") ++writtenWithoutCall;
+  };
+  test::ForEachShortage(addEntry, {1});
+  EXPECT_EQ(writtenWithoutCall, 1);
 }
 
 }  // namespace

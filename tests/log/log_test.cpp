@@ -9,6 +9,7 @@
 #include "tests/log/log_fixture.hpp"
 #include "tests/support/raised_error.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/string_reference.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -24,18 +25,19 @@ using test::RaisedNumber;
 
 // --- Before Initialise -----------------------------------------------------------------------------------
 
+RaisedError NotInitialised(TextView source) {
+  return {1000, Text(source), u"Log not initialised"};
+}
+
 TEST(UninitialisedLogTest, OperationsRaiseAnErrorThatNamesThem) {
   test::FakePlatform fake;
   CLog log(fake.platform);
   const EntryRecorder recorder(log);
-  const auto notInitialised = [](TextView source) {
-    return RaisedError{1000, Text(source), u"Log not initialised"};
-  };
-  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"entry", logNormal); }), notInitialised(u"CLog.AddEntry"));
-  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"", logException); }), notInitialised(u"CLog.AddEntry"));
-  EXPECT_EQ(ErrorRaisedBy([&] { log.StartLogging(); }), notInitialised(u"CLog.StartLogging"));
-  EXPECT_EQ(ErrorRaisedBy([&] { log.StopLogging(); }), notInitialised(u"CLog.StopLogging"));
-  EXPECT_EQ(ErrorRaisedBy([&] { log.View(); }), notInitialised(u"CLog.View"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"entry", logNormal); }), NotInitialised(u"CLog.AddEntry"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"", logException); }), NotInitialised(u"CLog.AddEntry"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.StartLogging(); }), NotInitialised(u"CLog.StartLogging"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.StopLogging(); }), NotInitialised(u"CLog.StopLogging"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.View(); }), NotInitialised(u"CLog.View"));
   EXPECT_FALSE(log.LogContainsExceptions());
   EXPECT_TRUE(recorder.entries.empty());
   EXPECT_TRUE(fake.desktop.openedDocuments.empty());
@@ -48,6 +50,20 @@ TEST(UninitialisedLogTest, PropertiesAndTextRaiseNothing) {
   EXPECT_FALSE(log.LogContainsExceptions());
   EXPECT_FALSE(log.LogDiagnostics());
   EXPECT_EQ(log.Text(), u"");
+}
+
+TEST(UninitialisedLogTest, AnInitialiseThatFailedInitialisesNothing) {
+  test::FakePlatform fake;
+  CLog log(fake.platform);
+  EXPECT_EQ(RaisedNumber([&] { log.Initialise(kLogPath, kNoBound, true, true, Missing{}); }), 13);
+  for (int i = 0; i < 2; ++i) {
+    EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"entry", logNormal); }), NotInitialised(u"CLog.AddEntry"));
+    EXPECT_EQ(ErrorRaisedBy([&] { log.StartLogging(); }), NotInitialised(u"CLog.StartLogging"));
+  }
+  EXPECT_EQ(log.Filepath(), u"");
+  log.Initialise(kLogPath, kNoBound, true, true, u"");
+  log.AddEntry(u"entry", logNormal);
+  EXPECT_EQ(fake.files.Content(kLogPath), "entry\r\n");
 }
 
 // --- Initialise ------------------------------------------------------------------------------------------
@@ -160,6 +176,55 @@ TEST_F(LogTest, EntriesAreMadeOneLineUnlessExact) {
     EXPECT_EQ(Added(row.entry, logExact), ToCodePage(fake.locale, row.entry) + "\r\n");
     EXPECT_EQ(Added(row.entry, logException), "* Warning: " + row.normal + "\r\n");
   }
+}
+
+/// What an entry that is not exact becomes, one step after the other.
+Text LineStepByStep(Text line) {
+  while (line.ends_with(u'\r') || line.ends_with(u'\n')) line.pop_back();
+  line = test::ReplaceMultiStepByStep(line, u"\r\n", u": ");
+  line = test::ReplaceMultiStepByStep(line, u"\r", u": ");
+  line = test::ReplaceMultiStepByStep(line, u"\n", u"");
+  return test::ReplaceMultiStepByStep(line, u"\t", u" ");
+}
+
+TEST_F(LogTest, EntriesFollowTheStepsForAllShortTextsOfFiveUnits) {
+  constexpr TextView kUnits = u"a\r\n\t ";
+  constexpr std::size_t kLongest = 6;
+  log.Initialise(u"/nowhere/host.log", kNoBound, false, true, u"");
+  EntryRecorder recorder(log);
+  for (std::size_t length = 1, count = kUnits.size(); length <= kLongest; ++length, count *= kUnits.size()) {
+    for (std::size_t number = 0; number < count; ++number) {
+      Text entry;
+      for (std::size_t rest = number; entry.size() < length; rest /= kUnits.size()) {
+        entry += kUnits[rest % kUnits.size()];
+      }
+      recorder.entries.clear();
+      for (const ELogAction action : {logExact, logNormal, logException}) log.AddEntry(entry, action);
+      std::vector<LoggedEntry> expected{{entry, logExact}};
+      if (const Text line = LineStepByStep(entry); !line.empty()) expected.push_back({line, logNormal});
+      expected.push_back({LineStepByStep(u"* Warning: " + entry), logException});
+      ASSERT_EQ(recorder.entries, expected);
+    }
+  }
+}
+
+TEST_F(LogTest, EveryOtherUnitOfAnEntryStaysAsItIs) {
+  using namespace std::string_view_literals;
+  EntryRecorder recorder(log);
+  EXPECT_EQ(Added(u"\0a\0\x1Fz\0"sv, logNormal), "\0a\0\x1Fz\0\r\n"sv);
+  EXPECT_EQ(Added(u"\0\r\n\0"sv, logNormal), "\0: \0\r\n"sv);
+  EXPECT_EQ(Added(u"\xD83D\xDE00 \xDE00\u0416\u00A0", logNormal), "?? ??\xA0\r\n");
+  EXPECT_EQ(recorder.entries.at(0).message, u"\0a\0\x1Fz\0"sv);
+  EXPECT_EQ(recorder.entries.at(2).message, u"\xD83D\xDE00 \xDE00\u0416\u00A0");
+}
+
+TEST_F(LogTest, ALongEntryIsOneLine) {
+  Text entry;
+  for (int i = 0; i < 100'000; ++i) entry += u"word\r\n\t";
+  const std::string bytes = Added(entry, logNormal);
+  EXPECT_EQ(bytes.size(), 100'000 * 7 + 2u);
+  EXPECT_TRUE(bytes.starts_with("word:  word:  "));
+  EXPECT_TRUE(bytes.ends_with("word:  \r\n"));
 }
 
 TEST_F(LogTest, AnEntryOfLineEndsAloneIsNotWritten) {

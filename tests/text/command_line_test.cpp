@@ -78,6 +78,15 @@ TEST_F(CommandLineTest, AQuotedArgumentThatIsNotClosedRunsToTheEnd) {
   EXPECT_EQ(Parse(u"a \"b c  "), List({u"a", u"b c  "}));
 }
 
+TEST_F(CommandLineTest, ANulAndHalvesOfCharactersAreOrdinaryUnits) {
+  using namespace std::string_view_literals;
+  const Variant list = Parse(u"a\0 \"\0 \xD83D\" \xDE00"sv);
+  EXPECT_EQ(list, List({u"a\0"sv, u"\0 \xD83D"sv, u"\xDE00"}));
+  EXPECT_EQ(strings.CommandLineArgumentIndex(list, u"A\0"sv), 1);
+  EXPECT_EQ(strings.CommandLineArgumentIndex(list, u"a"), 0);
+  EXPECT_EQ(strings.CommandLineArgumentIndex(list, u"\xDE00"), 3);
+}
+
 TEST_F(CommandLineTest, OutsideTestModeTheProcessIsAsked) {
   fake.process.commandLine = u"/a \"b c\"";
   EXPECT_EQ(strings.CommandLineArgumentsParse(), List({u"/a", u"b c"}));
@@ -170,6 +179,8 @@ TEST_F(CommandLineTest, WhatIsNoArgumentListIsAnError) {
   EXPECT_EQ(numberFor(BoundedArray<Variant>()), 9);
   EXPECT_EQ(numberFor(BoundedArray<Variant>(Bounds{0, 1}, Bounds{0, 1})), 9);
   EXPECT_EQ(numberFor(BoundedArray<Variant>({u"a", Missing{}})), 13);
+  EXPECT_EQ(numberFor(BoundedArray<Variant>({u"a", ObjectReference()})), 13);
+  EXPECT_EQ(numberFor(BoundedArray<Variant>({u"a", Variant(BoundedArray<Text>::Empty())})), 13);
   EXPECT_EQ(numberFor(BoundedArray<Variant>({u"x", Missing{}})), 0) << "found before it";
 }
 

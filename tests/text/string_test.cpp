@@ -239,6 +239,8 @@ TEST_F(CStringTest, RTrimMultiEntriesThatCannotBeComparedAreErrors) {
             kTypeMismatch);
   EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({Variants({u"a"})})); }),
             kTypeMismatch);
+  EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>({ObjectReference()})); }),
+            kTypeMismatch);
   EXPECT_EQ(RaisedNumber([&] { strings.RTrimMulti(u"a", BoundedArray<Variant>()); }), kSubscriptOutOfRange);
   EXPECT_EQ(RaisedNumber([&] {
               strings.RTrimMulti(u"a", BoundedArray<Variant>(Bounds{0, 1}, Bounds{0, 1}));
@@ -293,6 +295,8 @@ TEST_F(CStringTest, Split5ComparesIgnoringCaseWhenAskedTo) {
   EXPECT_EQ(strings.Split5(u"axbXc", u"x"), Texts({u"a", u"bXc"}));
   EXPECT_EQ(strings.Split5(u"aÉeéX", u"éE", -1, 1), Texts({u"a", u"éX"}));
   EXPECT_EQ(strings.Split5(u"XxaxxbX", u"x", 2, 1, true), Texts({u"a", u"b"}));
+  EXPECT_EQ(strings.Split5(u"a\u03C9b\u03A9c", u"\u03A9", -1, 1), Texts({u"a\u03C9b", u"c"}))
+      << "beyond the code page letters have no other case";
 }
 
 TEST_F(CStringTest, Split5WithAnotherCompareMethodIsAnError) {
@@ -380,6 +384,35 @@ TEST_F(CStringTest, DeliberateSplitMultiWithNothingLeftReturnsAHundredAndOneEmpt
   EXPECT_EQ(strings.SplitMulti(u"   ", u" ", true), empties);
   EXPECT_EQ(strings.SplitMulti(u"", u" ", true), empties);
   EXPECT_EQ(strings.SplitMulti(u"", u"", true), empties);
+}
+
+// --- Units of every kind ---------------------------------------------------------------------------------
+
+TEST_F(CStringTest, ANulIsAnOrdinaryUnit) {
+  using namespace std::string_view_literals;
+  constexpr TextView kNul = u"\0"sv;
+  EXPECT_EQ(strings.MidBracketed(u"a\0b\0c"sv, kNul, kNul), u"b");
+  EXPECT_EQ(strings.MidBracketed(u"a<b\0c>d"sv, u"<", u">"), u"b\0c"sv);
+  EXPECT_EQ(strings.ReplaceMulti(u"a\0\0b\0"sv, kNul, u"-"), u"a-b-");
+  EXPECT_EQ(strings.ReplaceMulti(u"a--b", u"-", kNul), u"a\0b"sv);
+  EXPECT_EQ(strings.RTrimMulti(u"a\0\0"sv, BoundedArray<Variant>({Variant(kNul)})), u"a");
+  EXPECT_EQ(strings.RTrimMulti(u"a\0"sv, BoundedArray<Variant>({Variant(u"a")})), u"a\0"sv);
+  EXPECT_EQ(strings.Split5(u"a\0b"sv, kNul), Texts({u"a", u"b"}));
+  EXPECT_EQ(strings.Split5(u"aX\0b"sv, u"x\0"sv, -1, kCompareIgnoringCase), Texts({u"a", u"b"}));
+  EXPECT_EQ(strings.SplitMulti(kNul, kNul), Texts({u"", u""}));
+  EXPECT_EQ(strings.SplitMulti(u"a\0\0b"sv, kNul, true), Variants({u"a", u"b"}));
+}
+
+TEST_F(CStringTest, TheTwoUnitsOfACharacterAreTakenOneByOne) {
+  constexpr TextView kHigh = u"\xD83D";
+  constexpr TextView kLow = u"\xDE00";
+  const Text character = Text(kHigh) + Text(kLow);
+  EXPECT_EQ(strings.MidBracketed(u"a" + character + u"b" + character, character, kHigh), Text(kLow) + u"b");
+  EXPECT_EQ(strings.ReplaceMulti(character, kLow, u"-"), Text(kHigh) + u"-");
+  EXPECT_EQ(strings.RTrimMulti(character, BoundedArray<Variant>({Variant(character)})), character);
+  EXPECT_EQ(strings.RTrimMulti(character, BoundedArray<Variant>({Variant(kLow)})), kHigh);
+  EXPECT_EQ(strings.Split5(u"a" + character + u"b", kHigh), Texts({u"a", Text(kLow) + u"b"}));
+  EXPECT_EQ(strings.SplitMulti(character, kLow), Texts({Text(kHigh), u""}));
 }
 
 // --- Self-test -------------------------------------------------------------------------------------------

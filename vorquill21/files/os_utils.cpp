@@ -18,7 +18,8 @@ bool COSUtils::GetSpecialFolderPath(std::int32_t anCLSID, Text& asPath) const {
   const bool isFound = result == kFound;
   if (!isFound) {
     const TextView reason = result == kMissing ? u"Folder Does Not Exist" : u"Folder Not Valid on this OS";
-    TranslatingMemoryErrors([&] { path = reason; });
+    path.clear();
+    Succeeds([&] { path = reason; });
   }
   asPath = std::move(path);
   return isFound;

@@ -39,7 +39,7 @@ class VORQUILL21_API COSUtils {
   ///
   /// Otherwise False, and `asPath` receives not a path but the reason: "Folder Does Not Exist" when the
   /// system knows the folder but it is missing, "Folder Not Valid on this OS" for whatever else went wrong.
-  /// Look at the result first. Raises nothing.
+  /// Look at the result first. Raises nothing: when memory for the reason runs out, `asPath` is empty.
   ///
   /// Windows knows all of these folders. A POSIX system knows those that the descriptions above tell of; for
   /// example PERSONAL is XDG_DOCUMENTS_DIR or "Documents" in the home folder, APPDATA is XDG_CONFIG_HOME or

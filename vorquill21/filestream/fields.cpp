@@ -53,17 +53,24 @@ void FillGaps(BoundedArray<Variant>& values, const Variant& defaults, std::int32
   }
 }
 
+/// Calls `visit` with each index of an array, which has one dimension.
+template <typename T, typename Visit>
+void ForEachIndex(const BoundedArray<T>& array, Visit visit) {
+  const Bounds bounds = array.BoundsOf(1);
+  for (std::int64_t i = bounds.lower; i <= bounds.upper; ++i) visit(static_cast<std::int32_t>(i));
+}
+
 /// Replaces the elements by what `convert` makes of them.
 template <typename T, typename Convert>
 Variant Converted(BoundedArray<T> array, Convert convert) {
-  for (std::int32_t i = array.LowerBound(); i <= array.UpperBound(); ++i) array(i) = convert(array(i));
+  ForEachIndex(array, [&](std::int32_t i) { array(i) = convert(array(i)); });
   return array;
 }
 
 /// The same elements in an array that can hold values of any kind.
 BoundedArray<Variant> AsVariants(const BoundedArray<Text>& texts) {
   std::vector<Variant> elements;
-  for (std::int32_t i = texts.LowerBound(); i <= texts.UpperBound(); ++i) elements.emplace_back(texts(i));
+  ForEachIndex(texts, [&](std::int32_t i) { elements.emplace_back(texts(i)); });
   return BoundedArray<Variant>(std::move(elements), texts.LowerBound());
 }
 

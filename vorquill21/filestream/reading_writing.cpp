@@ -42,8 +42,8 @@ bool CFileStream::FileRead(TextView asFilePath, Text* asFileStream) {
       Text text = ReadWithFinalNul(platform_, filePath);
       if (text.size() < 2) throw LibraryError(kInvalidProcedureCall);
       text.resize(text.size() - 2);  // the NUL and the file's last character
+      if (asFileStream != nullptr) *asFileStream = text;
       msFileStream->Assign(std::move(text));
-      if (asFileStream != nullptr) *asFileStream = msFileStream->AllText();
       mbDecSepMatches = FileDecimalSeparator() == TextView(&msSystemDecSep, 1);
       return true;
     };

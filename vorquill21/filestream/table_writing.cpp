@@ -2,6 +2,7 @@
 #include <cstdint>
 
 #include "vorquill21/filestream/table_text.hpp"
+#include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21 {
@@ -32,12 +33,12 @@ void WriteCell(const Variant& cell, RecordWriter& writer) {
 
 template <typename T>
 void WriteRows(const BoundedArray<T>& table, RecordWriter& writer) {
-  const std::int32_t lastRow = table.UpperBound(1);
-  const std::int32_t lastColumn = table.UpperBound(2);
+  const std::int32_t rows = CheckedInt32(std::int64_t{table.UpperBound(1)} + 1);
+  const std::int32_t columns = CheckedInt32(std::int64_t{table.UpperBound(2)} + 1);
   writer.Write(kLineEnd);
-  for (std::int32_t row = 0; row <= lastRow; ++row) {
+  for (std::int32_t row = 0; row < rows; ++row) {
     if (row > 0) writer.Write(kLineEnd);
-    for (std::int32_t column = 0; column <= lastColumn; ++column) {
+    for (std::int32_t column = 0; column < columns; ++column) {
       if (column > 0) writer.Write(u'\t');
       WriteCell(table(row, column), writer);
     }

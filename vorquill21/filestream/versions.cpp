@@ -31,8 +31,10 @@ Variant CFileStream::Initialise(TextView asCurrentVersion,
   TranslatingMemoryErrors([&] {
     msCurrentVersion = WithEndMark(asCurrentVersion);
     msCompatibleVersions.clear();
-    for (std::int32_t i = aaCompatibleVersions.LowerBound(); i <= aaCompatibleVersions.UpperBound(); ++i) {
-      msCompatibleVersions.append(ToText(aaCompatibleVersions(i), msSystemDecSep)).append(1, u' ');
+    const Bounds bounds = aaCompatibleVersions.BoundsOf(1);
+    for (std::int64_t i = bounds.lower; i <= bounds.upper; ++i) {
+      const Variant& version = aaCompatibleVersions(static_cast<std::int32_t>(i));
+      msCompatibleVersions.append(ToText(version, msSystemDecSep)).append(1, u' ');
     }
     msFileStream->Assign(Text());
     AddField(u"DEC SEP", TextView(&msSystemDecSep, 1));

@@ -1,21 +1,22 @@
 #include "vorquill21/frame/main.hpp"
 
 #include "vorquill21/frame/support.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21 {
 
 Main::Main(Platform& platform)
     : platform_(platform),
-      file_(std::make_shared<CFile>(platform)),
-      filestream_(std::make_shared<CFileStream>(platform)),
-      geometry_(std::make_shared<CGeometry>(platform)),
-      interpolate_(std::make_shared<CInterpolate>(platform)),
-      log_(std::make_shared<CLog>(platform)),
-      mathUtils_(std::make_shared<CMathUtils>(platform)),
-      osUtils_(std::make_shared<COSUtils>(platform)),
-      statistics_(std::make_shared<CStatistics>(platform)),
-      string_(std::make_shared<CString>(platform)),
-      trigonometry_(std::make_shared<CTrigonometry>(platform)) {}
+      file_(MakeShared<CFile>(platform)),
+      filestream_(MakeShared<CFileStream>(platform)),
+      geometry_(MakeShared<CGeometry>(platform)),
+      interpolate_(MakeShared<CInterpolate>(platform)),
+      log_(MakeShared<CLog>(platform)),
+      mathUtils_(MakeShared<CMathUtils>(platform)),
+      osUtils_(MakeShared<COSUtils>(platform)),
+      statistics_(MakeShared<CStatistics>(platform)),
+      string_(MakeShared<CString>(platform)),
+      trigonometry_(MakeShared<CTrigonometry>(platform)) {}
 
 Variant Main::Initialise(const BoundedArray<Variant>& avParamArray) const {
   constexpr double kRunInSilence = 1;

@@ -108,7 +108,7 @@ double ValueWithin(ArrayView<const double> xs, ArrayView<const double> ys, doubl
 
 }  // namespace
 
-CInterpolate::CInterpolate(Platform& platform) : moUtils(std::make_shared<CMathUtils>(platform)) {}
+CInterpolate::CInterpolate(Platform& platform) : moUtils(MakeShared<CMathUtils>(platform)) {}
 
 double CInterpolate::OneDLinearInterpolate(EOutOfBoundsBehaviour aeOutOfBoundsBehaviour,
                                            ArrayView<const double> arXVals, ArrayView<const double> arYVals,

@@ -9,6 +9,7 @@
 #include "vorquill21/files/file.hpp"
 #include "vorquill21/frame/types/bounded_array.hpp"
 #include "vorquill21/frame/types/failed_tests.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/text.hpp"
 #include "vorquill21/frame/types/variant.hpp"
 #include "vorquill21/log/log_event.hpp"
@@ -77,7 +78,9 @@ class VORQUILL21_API CLog {
   }
 
   /// The path of the file, as Initialise was given it; empty before.
-  vorquill21::Text Filepath() const { return filepath_; }
+  vorquill21::Text Filepath() const {
+    return TranslatingMemoryErrors([this] { return filepath_; });
+  }
 
   /// Sets the file, the number of characters that StartLogging cuts it to, whether diagnostic entries are
   /// written, whether StartLogging keeps what an existing file holds, and the title, converted to text.
@@ -147,8 +150,8 @@ class VORQUILL21_API CLog {
   vorquill21::Text title_;
   bool isInitialised_ = false;
   bool containsExceptions_ = false;
-  double startTime_ = 0;                                         // seconds since midnight
-  std::shared_ptr<const char> life_ = std::make_shared<char>();  // a handler may destroy the log
+  double startTime_ = 0;                                   // seconds since midnight
+  std::shared_ptr<const char> life_ = MakeShared<char>();  // a handler may destroy the log
 };
 
 }  // namespace vorquill21

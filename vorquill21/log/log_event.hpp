@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "vorquill21/export.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/frame/types/text.hpp"
 
 namespace vorquill21 {
@@ -59,7 +60,7 @@ class VORQUILL21_API LogEvent {
 
   std::vector<std::shared_ptr<Slot>> slots_;
   Connection lastConnection_ = 0;
-  std::shared_ptr<int> depth_ = std::make_shared<int>(0);  // outlives this object while it is raised
+  std::shared_ptr<int> depth_ = MakeShared<int>(0);  // outlives this object while it is raised
 };
 
 }  // namespace vorquill21

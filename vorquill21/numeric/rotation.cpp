@@ -62,6 +62,12 @@ bool AllFinite(const BoundedArray<double>& array) {
   return std::ranges::all_of(array.Elements(), [](double value) { return std::isfinite(value); });
 }
 
+/// As std::isfinite, without constants that must be loaded: loads are what a transform of a point waits for.
+bool HasFiniteBits(double value) {
+  constexpr std::uint64_t kExponent = 0x7FF0'0000'0000'0000;
+  return (std::bit_cast<std::uint64_t>(value) & kExponent) != kExponent;
+}
+
 double DotProduct(const double* row, double x, double y, double z) {
   return row[0] * x + row[1] * y + row[2] * z;
 }
@@ -132,7 +138,7 @@ void CGeometry::TransformPoint(double arOriginalPointX, double arOriginalPointY,
     const double x = DotProduct(matrix, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
     const double y = DotProduct(matrix + 3, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
     const double z = DotProduct(matrix + 6, arOriginalPointX, arOriginalPointY, arOriginalPointZ);
-    if (std::isfinite(x + y + z)) {
+    if (HasFiniteBits(x + y + z)) {
       arNewPointX = x;
       arNewPointY = y;
       arNewPointZ = z;

@@ -157,7 +157,7 @@ Variant CString::SplitMulti(TextView asText, TextView asDelimiter,
 }
 
 Variant CString::SelfTest_Main(FailedTests& aoFailedTests) const {
-  RunStringChecks(*this, aoFailedTests);
+  TranslatingMemoryErrors([&] { RunStringChecks(*this, aoFailedTests); });
   return {};
 }
 

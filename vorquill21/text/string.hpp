@@ -19,6 +19,9 @@ enum CompareMethod : std::int32_t {
 
 /// Taking texts apart. An object holds no state but its platform; arrays that it returns have the lower bound
 /// 0. Texts are compared exactly unless a method says otherwise.
+///
+/// Where a cost is linear it is so as long as few places of a text begin and end like what is sought there
+/// and are something else; at most it is the product of both lengths.
 class VORQUILL21_API CString {
  public:
   explicit CString(Platform& platform = Platform::Native());

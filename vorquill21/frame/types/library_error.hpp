@@ -78,4 +78,10 @@ decltype(auto) TranslatingMemoryErrors(Operation&& operation) {
   }
 }
 
+/// std::make_shared, but a lack of memory is LibraryError 7.
+template <typename T, typename... Arguments>
+std::shared_ptr<T> MakeShared(Arguments&&... arguments) {
+  return TranslatingMemoryErrors([&] { return std::make_shared<T>(std::forward<Arguments>(arguments)...); });
+}
+
 }  // namespace vorquill21
