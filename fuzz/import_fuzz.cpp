@@ -7,9 +7,9 @@
 #include <string_view>
 
 #include "fuzz/require.hpp"
-#include "fuzz/taken_memory.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/import_reference.hpp"
+#include "tests/support/replaced_new.hpp"
 #include "vorquill21/import/import_column_data.hpp"
 
 namespace vorquill21::test {
@@ -74,7 +74,7 @@ void Check(std::string_view bytes) {
 
   Text status;
   bool succeeded = false;
-  Require(BytesTakenBy([&] { succeeded = import.Import(&status); }) <= AllowedBytes(content.size()));
+  Require(BytesAskedBy([&] { succeeded = import.Import(&status); }) <= AllowedBytes(content.size()));
 
   const ImportOutcome expected = ImportReference::Import(content, options, fake.locale);
   Require(succeeded == expected.isSuccessful && import.LastImportSuccessful() == succeeded);

@@ -7,15 +7,15 @@
 #include <string>
 
 #include "fuzz/require.hpp"
-#include "fuzz/taken_memory.hpp"
 #include "tests/filestream/literal_table.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/replaced_new.hpp"
 #include "vorquill21/filestream/file_stream.hpp"
 
 namespace vorquill21 {
 namespace {
 
-using test::BytesTakenBy;
+using test::BytesAskedBy;
 using test::Require;
 using test::SameBits;
 
@@ -70,7 +70,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   CFileStream stream(fake.platform);
   stream.SetContents(Text(u"[DEC SEP]\t").append(written).append(u"\r\n[T]\t").append(record));
   Variant read;
-  Require(BytesTakenBy([&] { read = stream.GetTable2d(u"T"); }) <= AllowedBytes(record.size()));
+  Require(BytesAskedBy([&] { read = stream.GetTable2d(u"T"); }) <= AllowedBytes(record.size()));
 
   Text fieldText = record.substr(0, record.find(u'['));
   while (!fieldText.empty() && fieldText.front() == u'\t') fieldText.erase(0, 1);

@@ -149,7 +149,7 @@ class Utf8Locale : public test::ChosenLocale {
 
 TEST_F(Crc32MakeTest, NoBlockEndsInsideACharacterOfTwoUnits) {
   Utf8Locale locale;
-  Platform platform(fake_.files, fake_.desktop, locale, fake_.process, fake_.settings);
+  Platform platform = fake_.With(locale);
   const CFile file(platform);
   for (std::size_t before = 16380; before <= 16388; ++before) {
     const Text text = Text(before, u'x') + u"😀 and more";

@@ -1,15 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <new>
 #include <span>
-#include <stdexcept>
 #include <string>
-#include <type_traits>
 #include <vector>
 
-#include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/locales.hpp"
+#include "tests/support/memory_failures.hpp"
 #include "vorquill21/files/file.hpp"
 
 namespace vorquill21 {
@@ -214,35 +212,24 @@ TEST_P(FileFaultsTest, TextOperationsTouchNoFiles) {
 template <typename Failure>
 class ExhaustedFiles : public Files {
  public:
-  std::vector<DirectoryEntry> List(TextView) override { throw Fail(); }
-  bool FolderExists(TextView) override { throw Fail(); }
-  std::unique_ptr<ByteReader> OpenForReading(TextView) override { throw Fail(); }
-  void Replace(TextView, std::string_view) override { throw Fail(); }
-  void Append(TextView, std::string_view) override { throw Fail(); }
-  void Delete(TextView) override { throw Fail(); }
-  void MakeFolder(TextView) override { throw Fail(); }
-  void RemoveFolder(TextView) override { throw Fail(); }
-
- private:
-  static Failure Fail() {
-    if constexpr (std::is_default_constructible_v<Failure>) {
-      return Failure();
-    } else {
-      return Failure("too long");
-    }
-  }
+  std::vector<DirectoryEntry> List(TextView) override { throw Failure(); }
+  bool FolderExists(TextView) override { throw Failure(); }
+  std::unique_ptr<ByteReader> OpenForReading(TextView) override { throw Failure(); }
+  void Replace(TextView, std::string_view) override { throw Failure(); }
+  void Append(TextView, std::string_view) override { throw Failure(); }
+  void Delete(TextView) override { throw Failure(); }
+  void MakeFolder(TextView) override { throw Failure(); }
+  void RemoveFolder(TextView) override { throw Failure(); }
 };
 
 template <typename Failure>
 class OutOfMemoryTest : public ::testing::Test {};
-
-using MemoryFailures = ::testing::Types<std::bad_alloc, std::length_error>;
-TYPED_TEST_SUITE(OutOfMemoryTest, MemoryFailures);
+TYPED_TEST_SUITE(OutOfMemoryTest, test::MemoryFailures);
 
 TYPED_TEST(OutOfMemoryTest, IsAFailureLikeAnyOther) {
   test::FakePlatform fake;
   ExhaustedFiles<TypeParam> files;
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   const CFile file(platform);
 
   EXPECT_FALSE(file.DirExists(u"/library"));
@@ -266,17 +253,10 @@ TYPED_TEST(OutOfMemoryTest, IsAFailureLikeAnyOther) {
             std::vector{ErrorMessage(u"An error occurred while writing file: /library/data.txt")});
 }
 
-/// A code page for whose conversions no memory is left.
-class ExhaustedLocale : public test::ChosenLocale {
- public:
-  std::size_t AppendFromCodePage(std::string_view, Text&) const override { throw std::bad_alloc(); }
-  void AppendToCodePage(TextView, std::string&) const override { throw std::bad_alloc(); }
-};
-
 TEST(ExhaustedLocaleTest, ConversionsFailLikeFiles) {
   test::FakePlatform fake;
-  ExhaustedLocale locale;
-  Platform platform(fake.files, fake.desktop, locale, fake.process, fake.settings);
+  test::ExhaustedLocale locale;
+  Platform platform = fake.With(locale);
   const CFile file(platform);
   fake.files.Replace(kPath, "content\r\n");
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/files/file.hpp"
 #include "vorquill21/files/os_utils.hpp"
 
@@ -13,6 +13,7 @@ namespace vorquill21 {
 namespace {
 
 using test::ErrorMessage;
+using test::ForEachShortage;
 using test::MemoryShortage;
 using test::ShownMessage;
 
@@ -22,23 +23,11 @@ constexpr TextView kFolder = u"/library/a folder whose name needs memory";
 constexpr TextView kBackslashes =
     u"D:\\a folder whose name needs memory\\a name that needs memory.extension of length";
 
-/// Which allocations fail during a call.
-struct Shortage {
-  int first;
-  int count;
-
-  template <typename Call>
-  auto During(Call call) const {
-    const MemoryShortage shortage(first, count);
-    return call();
-  }
-};
-
 /// An operation that is short of memory; true when it did all of its work.
-using Operation = bool (*)(const CFile& file, const Shortage& shortage);
+using Operation = bool (*)(const CFile& file, MemoryShortage& shortage);
 
 template <bool isSilent>
-bool Reads(const CFile& file, const Shortage& shortage) {
+bool Reads(const CFile& file, MemoryShortage& shortage) {
   Text text = u"the text that the caller had before";
   const bool isRead = shortage.During([&] { return file.FileReadAsString(kPath, text, isSilent); });
   EXPECT_EQ(text, isRead ? u"the content of a file" : u"");
@@ -46,12 +35,12 @@ bool Reads(const CFile& file, const Shortage& shortage) {
 }
 
 template <bool isSilent>
-bool Writes(const CFile& file, const Shortage& shortage) {
+bool Writes(const CFile& file, MemoryShortage& shortage) {
   return shortage.During(
       [&] { return file.FileWriteAsString(kPath, u"a new text that needs memory", isSilent); });
 }
 
-bool Lists(const CFile& file, const Shortage& shortage) {
+bool Lists(const CFile& file, MemoryShortage& shortage) {
   BoundedArray<Text> names;
   std::int32_t count = -1;
   shortage.During([&] { file.ListFilesMatchingExt(u"/library", u"txt", names, count); });
@@ -61,14 +50,14 @@ bool Lists(const CFile& file, const Shortage& shortage) {
   return count == 2 && names.Elements().size() == 2;
 }
 
-bool Opens(const CFile& file, const Shortage& shortage) {
+bool Opens(const CFile& file, MemoryShortage& shortage) {
   Text message;
   const bool isOpened = shortage.During([&] { return file.OpenDoc(kPath, &message); });
   EXPECT_TRUE(message.empty() || message == u"Unknown error") << ToUtf8(message);
   return isOpened;
 }
 
-bool Picks(const CFile& file, const Shortage& shortage) {
+bool Picks(const CFile& file, MemoryShortage& shortage) {
   Text folder = u"before";
   shortage.During([&] { file.BrowseForFolder(0, u"a title that needs memory of its own", folder); });
   EXPECT_TRUE(folder == u"before" || folder == kFolder);
@@ -77,7 +66,7 @@ bool Picks(const CFile& file, const Shortage& shortage) {
 
 /// One of the members that take a path apart: all of its result, or nothing.
 template <Text (CFile::*member)(TextView) const>
-bool Parses(const CFile& file, const Shortage& shortage) {
+bool Parses(const CFile& file, MemoryShortage& shortage) {
   const Text whole = (file.*member)(kBackslashes);
   const Text text = shortage.During([&] { return (file.*member)(kBackslashes); });
   EXPECT_TRUE(text.empty() || whole.starts_with(text));
@@ -87,26 +76,26 @@ bool Parses(const CFile& file, const Shortage& shortage) {
 const std::vector<std::pair<std::string, Operation>> kOperations = {
     {"BrowseForFolder", Picks},
     {"CompareFiles",
-     [](const CFile& file, const Shortage& shortage) {
+     [](const CFile& file, MemoryShortage& shortage) {
        return shortage.During([&] { return file.CompareFiles(kPath, kOtherPath); });
      }},
     {"Crc32Make",
-     [](const CFile& file, const Shortage& shortage) {
+     [](const CFile& file, MemoryShortage& shortage) {
        const Text text(40'000, u'x');
        const Text checksum = shortage.During([&] { return file.Crc32Make(text); });
        EXPECT_TRUE(checksum.empty() || checksum == u"73CA5D47");
        return !checksum.empty();
      }},
     {"DirExists",
-     [](const CFile& file, const Shortage& shortage) {
+     [](const CFile& file, MemoryShortage& shortage) {
        return shortage.During([&] { return file.DirExists(u"/library/"); });
      }},
     {"DirMake",
-     [](const CFile& file, const Shortage& shortage) {
+     [](const CFile& file, MemoryShortage& shortage) {
        return shortage.During([&] { return file.DirMake(kFolder); });
      }},
     {"FileExists",
-     [](const CFile& file, const Shortage& shortage) {
+     [](const CFile& file, MemoryShortage& shortage) {
        return shortage.During([&] { return file.FileExists(kPath); });
      }},
     {"FileReadAsString", Reads<true>},
@@ -141,96 +130,64 @@ INSTANTIATE_TEST_SUITE_P(Every, CFileMemoryTest, ::testing::ValuesIn(kOperations
 TEST_P(CFileMemoryTest, AShortageIsAFailureLikeAnyOtherAndRaisesNothing) {
   const ShownMessage kReading = ErrorMessage(Text(u"An error occurred while reading file: ").append(kPath));
   const ShownMessage kWriting = ErrorMessage(Text(u"An error occurred while writing file: ").append(kPath));
-  for (const int count : {1, 2, 3, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      SCOPED_TRACE(std::to_string(count) + " allocations from " + std::to_string(first));
-      Setting setting;
-      const bool isDone = GetParam().second(setting.file, {first, count});
-      isHit = MemoryShortage::Hit();
-      EXPECT_TRUE(isDone || isHit);
-      EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
-      EXPECT_LE(setting.fake.desktop.messages.size(), isDone ? 0u : 1u);
-      for (const ShownMessage& message : setting.fake.desktop.messages) {
-        EXPECT_TRUE(message == kReading || message == kWriting);
-      }
-      const bool isRewritten = isDone && GetParam().first.starts_with("FileWrite");
-      EXPECT_EQ(setting.fake.files.Content(kPath),
-                isRewritten ? "a new text that needs memory\r\n" : "the content of a file\r\n");
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    const bool isDone = GetParam().second(setting.file, shortage);
+    EXPECT_TRUE(isDone || shortage.Hit());
+    EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
+    EXPECT_LE(setting.fake.desktop.messages.size(), isDone ? 0u : 1u);
+    for (const ShownMessage& message : setting.fake.desktop.messages) {
+      EXPECT_TRUE(message == kReading || message == kWriting);
     }
-  }
+    const bool isRewritten = isDone && GetParam().first.starts_with("FileWrite");
+    EXPECT_EQ(setting.fake.files.Content(kPath),
+              isRewritten ? "a new text that needs memory\r\n" : "the content of a file\r\n");
+  });
 }
 
 TEST(CFileMemoryUseTest, Crc32MakeTakesMemoryForABlockOfTheText) {
   test::FakePlatform fake;
   const CFile file(fake.platform);
   const Text text(4'000'000, u'x');
-  const test::MemoryUse use;
-  file.Crc32Make(text);
-  EXPECT_LE(test::MemoryUse::AskedBytes(), 100'000u);
+  EXPECT_LE(test::BytesAskedBy([&] { file.Crc32Make(text); }), 100'000u);
 }
 
 TEST(COSUtilsMemoryTest, AShortageLeavesTheReasonOutAndRaisesNothing) {
-  for (const int count : {1, 2, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      test::FakePlatform fake;
-      fake.desktop.specialFolders[eSpecialFolder_PERSONAL] = kFolder;
-      const COSUtils utils(fake.platform);
-      Text path = u"what the caller had there before";
-      Text missing = u"what the caller had there before";
-      const bool isFound = Shortage{first, count}.During(
-          [&] { return utils.GetSpecialFolderPath(eSpecialFolder_PERSONAL, path); });
-      isHit = MemoryShortage::Hit();
-      EXPECT_FALSE(Shortage({first, count}).During([&] { return utils.GetSpecialFolderPath(-1, missing); }));
-      isHit = isHit || MemoryShortage::Hit();
-      EXPECT_EQ(path, isFound ? kFolder : path.empty() ? u"" : u"Folder Not Valid on this OS");
-      EXPECT_TRUE(missing.empty() || missing == u"Folder Not Valid on this OS");
-      EXPECT_EQ(missing.empty(), MemoryShortage::Hit());
-    }
-  }
-}
-
-/// The number that an operation raises, 0 when none.
-template <typename Call>
-std::int32_t RaisedDuring(const Shortage& shortage, Call call) {
-  return shortage.During([&]() -> std::int32_t {
-    try {
-      call();
-      return 0;
-    } catch (const LibraryError& error) {
-      return error.Number();
-    }
+  test::FakePlatform fake;
+  fake.desktop.specialFolders[eSpecialFolder_PERSONAL] = kFolder;
+  const COSUtils utils(fake.platform);
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Text path = u"what the caller had there before";
+    const bool isFound =
+        shortage.During([&] { return utils.GetSpecialFolderPath(eSpecialFolder_PERSONAL, path); });
+    EXPECT_EQ(path, isFound ? kFolder : path.empty() ? u"" : u"Folder Not Valid on this OS");
+  });
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Text path = u"what the caller had there before";
+    EXPECT_FALSE(shortage.During([&] { return utils.GetSpecialFolderPath(-1, path); }));
+    EXPECT_TRUE(path.empty() || path == u"Folder Not Valid on this OS");
+    EXPECT_EQ(path.empty(), shortage.Hit());
   });
 }
 
 TEST(CFileMemoryErrorTest, WhatRaisesErrorsRaisesErrorSevenDuringAShortage) {
-  for (const int count : {1, 2, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      const Setting setting;
-      const std::int32_t number = RaisedDuring(
-          {first, count}, [&] { setting.file.DirMakeNested(u"X:\\a folder whose name needs memory"); });
-      isHit = MemoryShortage::Hit();
-      EXPECT_TRUE(number == kPathNotFound || (isHit && number == kOutOfMemory)) << number;
-    }
-    isHit = true;
-    for (int first = 1; isHit; ++first) {
-      const Setting setting;
-      const std::int32_t number =
-          RaisedDuring({first, count}, [&] { setting.file.EnsureExtension(kBackslashes, u"txt"); });
-      isHit = MemoryShortage::Hit();
-      EXPECT_EQ(number, isHit ? kOutOfMemory : 0);
-    }
-    isHit = true;
-    for (int first = 1; isHit; ++first) {
-      const Setting setting;
-      const std::int32_t number =
-          RaisedDuring({first, count}, [&] { setting.file.EnsureExtension(u"", u"txt"); });
-      isHit = MemoryShortage::Hit();
-      EXPECT_EQ(number, isHit ? kOutOfMemory : kSubscriptOutOfRange);
-    }
-  }
+  ForEachShortage([](MemoryShortage& shortage) {
+    const Setting setting;
+    const std::int32_t number =
+        shortage.RaisedDuring([&] { setting.file.DirMakeNested(u"X:\\a folder whose name needs memory"); });
+    EXPECT_TRUE(number == kPathNotFound || (shortage.Hit() && number == kOutOfMemory)) << number;
+  });
+  ForEachShortage([](MemoryShortage& shortage) {
+    const Setting setting;
+    const std::int32_t number =
+        shortage.RaisedDuring([&] { setting.file.EnsureExtension(kBackslashes, u"txt"); });
+    EXPECT_EQ(number, shortage.Hit() ? kOutOfMemory : 0);
+  });
+  ForEachShortage([](MemoryShortage& shortage) {
+    const Setting setting;
+    const std::int32_t number = shortage.RaisedDuring([&] { setting.file.EnsureExtension(u"", u"txt"); });
+    EXPECT_EQ(number, shortage.Hit() ? kOutOfMemory : kSubscriptOutOfRange);
+  });
 }
 
 }  // namespace

@@ -7,12 +7,15 @@
 
 #include "tests/files/self_test_entry.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_error.hpp"
 #include "vorquill21/files/file.hpp"
 
 namespace vorquill21 {
 namespace {
 
 using test::ErrorMessage;
+using test::ErrorRaisedBy;
+using test::RaisedError;
 using test::RunSelfTest;
 
 /// CFile on the system's own files, in a temporary folder that is removed again; message boxes are recorded.
@@ -102,13 +105,8 @@ TEST_F(NativeFileTest, FoldersOnTheRealSystem) {
 
 TEST_F(NativeFileTest, NestedFoldersBelowAFileAreError76OnTheRealSystem) {
   SystemFiles().Replace(Below(u"file"), "x");
-  try {
-    file_.DirMakeNested(Below(u"file\\folder"));
-    FAIL() << "no error was raised";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 76);
-    EXPECT_EQ(error.Description(), u"Path not found");
-  }
+  EXPECT_EQ(ErrorRaisedBy([&] { file_.DirMakeNested(Below(u"file\\folder")); }),
+            (RaisedError{76, u"", u"Path not found"}));
 }
 
 TEST_F(NativeFileTest, ListsFilesOnTheRealSystem) {

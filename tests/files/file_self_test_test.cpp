@@ -5,9 +5,10 @@
 #include <vector>
 
 #include "tests/files/self_test_entry.hpp"
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
+#include "tests/support/names_in.hpp"
 #include "vorquill21/files/file.hpp"
 #include "vorquill21/files/path_self_test.hpp"
 
@@ -16,6 +17,7 @@ namespace {
 
 using test::FaultPlan;
 using test::ForEachFault;
+using test::NamesIn;
 using test::RunSelfTest;
 
 constexpr TextView kSelfTestFolder = u"/library/self test";
@@ -24,12 +26,6 @@ FailedTests FailuresOn(Platform& platform) {
   FailedTests failedTests;
   RunSelfTest(CFile(platform), failedTests);
   return failedTests;
-}
-
-std::vector<Text> NamesIn(Files& files, TextView folder) {
-  std::vector<Text> names;
-  for (const DirectoryEntry& entry : files.List(Text(folder).append(u"/*"))) names.push_back(entry.name);
-  return names;
 }
 
 TEST(FileSelfTest, PassesAndLeavesNoFileBehind) {
@@ -59,7 +55,7 @@ TEST(FileSelfTest, SampleHasThreeLines) {
   test::FakePlatform fake;
   KeepingFiles files;
   files.MakeFolder(u"/library");
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   FailuresOn(platform);
   EXPECT_EQ(std::ranges::count(files.sample, '\r'), 3);
   EXPECT_EQ(std::ranges::count(files.sample, '\n'), 3);
@@ -132,21 +128,17 @@ TEST(FileSelfTest, AFaultFailsTheCheckThatItHits) {
 
 TEST(FileSelfTest, AShortageOfMemoryFailsTheCheckThatItHits) {
   std::vector<Text> names;
-  bool isHit = true;
-  for (int first = 1; isHit; ++first) {
+  const auto runSelfTest = [&](test::MemoryShortage& shortage) {
     test::FakePlatform fake;
     FailedTests failedTests;
     failedTests.reserve(10);
-    {
-      const test::MemoryShortage shortage(first);
-      RunSelfTest(CFile(fake.platform), failedTests);
-      isHit = test::MemoryShortage::Hit();
-    }
-    ASSERT_LE(failedTests.size(), 1u) << first;
+    shortage.During([&] { RunSelfTest(CFile(fake.platform), failedTests); });
+    ASSERT_LE(failedTests.size(), 1u);
     if (!failedTests.empty() && (names.empty() || names.back() != failedTests[0])) {
       names.push_back(failedTests[0]);
     }
-  }
+  };
+  test::ForEachShortage(runSelfTest, {1});
   EXPECT_EQ(names, (std::vector<Text>{u"ListFilesMathchingType", u"", u"SelfTest_DirMake",
                                       u"SelfTest_ParseFileTitle", u"SelfTest_EnsureExtension"}));
 }

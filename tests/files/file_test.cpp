@@ -4,13 +4,17 @@
 
 #include <string>
 
-#include "tests/support/fake_platform.hpp"
+#include "tests/support/locales.hpp"
+#include "tests/support/raised_error.hpp"
 #include "tests/support/raised_number.hpp"
 
 namespace vorquill21 {
 namespace {
 
 using test::ErrorMessage;
+using test::ErrorRaisedBy;
+using test::RaisedError;
+using test::RaisedNumber;
 using test::ShownMessage;
 
 constexpr TextView kPath = u"/library/data.txt";
@@ -77,34 +81,18 @@ TEST_F(CFileTest, NestedFoldersOfTheEmptyPathAreNone) {
 }
 
 TEST_F(CFileTest, OnlyBackslashesSeparateTheLevelsOfNestedFolders) {
-  try {
-    file_.DirMakeNested(u"\\library\\a/b");
-    FAIL() << "no error was raised";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 76);
-  }
+  EXPECT_EQ(RaisedNumber([&] { file_.DirMakeNested(u"\\library\\a/b"); }), 76);
   EXPECT_FALSE(fake_.files.FolderExists(u"/library/a"));
 }
 
 TEST_F(CFileTest, NestedFoldersOnAMissingDriveAreError76) {
-  try {
-    file_.DirMakeNested(u"X:\\a\\b");
-    FAIL() << "no error was raised";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 76);
-    EXPECT_EQ(error.Source(), u"");
-    EXPECT_EQ(error.Description(), u"Path not found");
-  }
+  EXPECT_EQ(ErrorRaisedBy([&] { file_.DirMakeNested(u"X:\\a\\b"); }),
+            (RaisedError{76, u"", u"Path not found"}));
 }
 
 TEST_F(CFileTest, NestedFoldersBelowAFileAreError76) {
   fake_.files.Replace(kPath, "x");
-  try {
-    file_.DirMakeNested(u"\\library\\data.txt\\a");
-    FAIL() << "no error was raised";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 76);
-  }
+  EXPECT_EQ(RaisedNumber([&] { file_.DirMakeNested(u"\\library\\data.txt\\a"); }), 76);
 }
 
 /// Remembers which folders it was to make.
@@ -134,7 +122,7 @@ TEST(NestedFoldersTest, EachSeparatorAndTheEndOfThePathEndALevel) {
   for (const Row& row : rows) {
     test::FakePlatform fake;
     RecordingFolders files;
-    Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+    Platform platform = fake.With(files);
     const CFile file(platform);
     file.DirMakeNested(row.path);
     EXPECT_EQ(files.made, row.levels);
@@ -292,26 +280,9 @@ TEST_F(CFileTest, DeliberateReadingANameWithWildcardsFindsAFileButCannotOpenIt) 
   EXPECT_EQ(Messages(), std::vector{ErrorMessage(ReadingError(u"/library/*.txt"))});
 }
 
-/// A code page in which a byte from 80 on takes the next byte with it; both are one unit.
-class TwoByteLocale : public test::ChosenLocale {
- public:
-  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
-    std::size_t at = 0;
-    while (at < bytes.size()) {
-      const auto lead = static_cast<unsigned char>(bytes[at]);
-      const std::size_t length = lead < 0x80 ? 1 : 2;
-      if (at + length > bytes.size()) break;
-      text += length == 1 ? char16_t{lead}
-                          : static_cast<char16_t>(lead << 8 | static_cast<unsigned char>(bytes[at + 1]));
-      at += length;
-    }
-    return at;
-  }
-};
-
 TEST_F(CFileTest, CharacterCutOffAtTheEndIsReadWithTheNulBehindTheFile) {
-  TwoByteLocale locale;
-  Platform platform(fake_.files, fake_.desktop, locale, fake_.process, fake_.settings);
+  test::TwoByteLocale locale;
+  Platform platform = fake_.With(locale);
   const CFile file(platform);
   const ReadCase cases[] = {{"ab\x81\x42\r\n", u"ab\u8142"},
                             {"ab\x81\r\n", u"ab\u810D"},
@@ -515,7 +486,7 @@ class ScriptedListingTest : public ::testing::Test {
  protected:
   test::FakePlatform fake_;
   ScriptedFiles files_;
-  Platform platform_{files_, fake_.desktop, fake_.locale, fake_.process, fake_.settings};
+  Platform platform_ = fake_.With(files_);
   CFile file_{platform_};
   BoundedArray<Text> list_;
   std::int32_t count_ = -1;

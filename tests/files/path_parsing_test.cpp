@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_error.hpp"
 #include "vorquill21/files/file.hpp"
 
 namespace vorquill21 {
@@ -170,14 +171,8 @@ TEST_F(PathParsingTest, DeliberatePathThatIsTheExtensionStaysUnchanged) {
 }
 
 TEST_F(PathParsingTest, EnsuringAnExtensionOfTheEmptyPathIsError9) {
-  try {
-    file_.EnsureExtension(u"", u"txt");
-    FAIL() << "no error was raised";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 9);
-    EXPECT_EQ(error.Source(), u"");
-    EXPECT_EQ(error.Description(), u"Subscript out of range");
-  }
+  EXPECT_EQ(test::ErrorRaisedBy([&] { file_.EnsureExtension(u"", u"txt"); }),
+            (test::RaisedError{9, u"", u"Subscript out of range"}));
 }
 
 }  // namespace

@@ -1,20 +1,16 @@
 #include "tests/files/self_test_entry.hpp"
 
-namespace vorquill21::test {
-namespace {
+#include "tests/support/self_test.hpp"
 
-/// An explicit instantiation may name a private member, and so hand it to a friend.
-template <auto kEntry>
-struct Opened {
-  friend void CallEntry(const CFile& file, FailedTests& failedTests) { (file.*kEntry)(failedTests); }
-};
-template struct Opened<&CFile::SelfTest_Main>;
-void CallEntry(const CFile& file, FailedTests& failedTests);
+namespace vorquill21 {
 
-}  // namespace
+VORQUILL21_OPEN_SELF_TEST(CFile);
+
+namespace test {
 
 void RunSelfTest(const CFile& file, FailedTests& failedTests) {
-  CallEntry(file, failedTests);
+  CallSelfTest(file, failedTests);
 }
 
-}  // namespace vorquill21::test
+}  // namespace test
+}  // namespace vorquill21

@@ -120,7 +120,7 @@ class DesktopWithOneFolder : public test::RecordingDesktop {
 TEST(SpecialFolderPathTest, DeliberateGetSpecialFolderPathReturnsTheReasonWhereThePathIsExpected) {
   DesktopWithOneFolder desktop;
   test::FakePlatform fake;
-  Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(desktop);
   const COSUtils utils(platform);
   struct Row {
     std::int32_t identifier;
@@ -152,7 +152,7 @@ TEST(SpecialFolderPathTest, AnyOtherResultMeansAFolderThatIsNotValid) {
   };
   FailingDesktop desktop;
   test::FakePlatform fake;
-  Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(desktop);
   for (const std::int32_t result : {-2147024809, -2147467259, 2, -1, 32767}) {
     desktop.result = result;
     Text path;
@@ -196,7 +196,7 @@ class RaisingDesktop : public test::RecordingDesktop {
 TEST(FailingShellTest, NothingIsRaised) {
   RaisingDesktop desktop;
   test::FakePlatform fake;
-  Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(desktop);
   const CFile file(platform);
   for (const bool lacksMemory : {false, true}) {
     desktop.lacksMemory = lacksMemory;

@@ -1,15 +1,16 @@
-#include "tests/filestream/memory_shortage.hpp"
-
-#include <functional>
-#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "tests/filestream/file_stream_fixture.hpp"
+#include "tests/support/for_each_shortage.hpp"
 
 namespace vorquill21 {
 namespace {
 
 using test::ArrayOf;
 using test::FakePlatform;
+using test::ForEachShortage;
 using test::MemoryShortage;
 using test::NoVersions;
 using test::TableOf;
@@ -35,38 +36,7 @@ struct Setting {
   CFileStream stream{fake.platform};
 };
 
-/// What one call did while memory was short.
-struct Outcome {
-  bool wasHit = false;
-  std::optional<std::int32_t> raised;
-};
-
-Outcome CallDuringShortage(const std::function<void()>& call, int first, int count) {
-  Outcome outcome;
-  const MemoryShortage shortage(first, count);
-  try {
-    call();
-  } catch (const LibraryError& error) {
-    outcome.raised = error.Number();
-  }
-  outcome.wasHit = MemoryShortage::Hit();
-  return outcome;
-}
-
-using Operation = std::function<void(CFileStream&)>;
-
-/// Runs the operation with its 1st, 2nd, ... allocation failing, and `count` - 1 after it, until none is left
-/// to fail; `check` sees each outcome.
-void ForEachShortage(int count, const Operation& operation,
-                     const std::function<void(Setting&, const Outcome&)>& check) {
-  for (int first = 1;; ++first) {
-    Setting setting;
-    const Outcome outcome = CallDuringShortage([&] { operation(setting.stream); }, first, count);
-    if (!outcome.wasHit) return;
-    SCOPED_TRACE(first);
-    check(setting, outcome);
-  }
-}
+using Operation = void (*)(CFileStream&);
 
 const Variant kValues = ArrayOf({1.5, u"some text of many letters", true});
 const Variant kTable = TableOf<double>({{1.5, 2}});
@@ -111,15 +81,15 @@ INSTANTIATE_TEST_SUITE_P(Every, CFileStreamMemoryTest, ::testing::ValuesIn(kOper
                          [](const auto& info) { return info.param.first; });
 
 TEST_P(CFileStreamMemoryTest, ShortageLeavesTheObjectUsableAndRaisesNothingButErrorSeven) {
-  for (const int count : {1, 2, 3, 1000}) {
-    ForEachShortage(count, GetParam().second, [](Setting& setting, const Outcome& outcome) {
-      EXPECT_EQ(outcome.raised.value_or(kOutOfMemory), kOutOfMemory);
-      EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
-      setting.stream.AddField(u"AFTER", u"the shortage");
-      EXPECT_EQ(setting.stream.GetFieldString(u"AFTER"), Variant(u"the shortage"));
-      EXPECT_NE(setting.stream.GetContents().find(u"[AFTER]\tthe shortage\r\n"), Text::npos);
-    });
-  }
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    const std::int32_t raised = shortage.RaisedDuring([&] { GetParam().second(setting.stream); });
+    EXPECT_TRUE(raised == 0 || (shortage.Hit() && raised == kOutOfMemory)) << raised;
+    EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
+    setting.stream.AddField(u"AFTER", u"the shortage");
+    EXPECT_EQ(setting.stream.GetFieldString(u"AFTER"), Variant(u"the shortage"));
+    EXPECT_NE(setting.stream.GetContents().find(u"[AFTER]\tthe shortage\r\n"), Text::npos);
+  });
 }
 
 std::vector<test::ShownMessage> OneMessage(TextView text) {
@@ -128,44 +98,37 @@ std::vector<test::ShownMessage> OneMessage(TextView text) {
 
 TEST(CFileStreamMemoryTest, ObjectThatCannotBeMadeRaisesErrorSeven) {
   FakePlatform fake;
-  const Outcome outcome = CallDuringShortage([&] { CFileStream stream(fake.platform); }, 1, 1);
-  EXPECT_EQ(outcome.raised, kOutOfMemory);
+  EXPECT_EQ(MemoryShortage(1).RaisedDuring([&] { CFileStream stream(fake.platform); }), kOutOfMemory);
 }
 
 TEST(CFileStreamMemoryTest, TableIsWrittenWholeOrNotAtAll) {
   Setting untouched;
   const Text before = untouched.stream.GetContents();
   const Variant table = BoundedArray<double>({0, 99}, {0, 99});
-  bool isAdded = false;
-  const auto addTable = [&](CFileStream& stream) {
-    isAdded = stream.AddTable2d(u"A TABLE THAT IS NEW", table);
-  };
-  ForEachShortage(1, addTable, [&](Setting& setting, const Outcome& outcome) {
-    EXPECT_FALSE(isAdded);
-    EXPECT_FALSE(outcome.raised.has_value());
+  const auto addTable = [&](MemoryShortage& shortage) {
+    Setting setting;
+    const bool isAdded =
+        shortage.During([&] { return setting.stream.AddTable2d(u"A TABLE THAT IS NEW", table); });
+    EXPECT_EQ(isAdded, !shortage.Hit());
+    if (isAdded) return;
     EXPECT_EQ(setting.fake.desktop.messages,
               OneMessage(u"An error occurred while adding table: A TABLE THAT IS NEW to the filestream"));
     EXPECT_EQ(setting.stream.GetContents(), before);
-  });
-  EXPECT_TRUE(isAdded);
+  };
+  ForEachShortage(addTable, {1});
 }
 
 TEST(CFileStreamMemoryTest, FileThatIsReadIsInTheTextAndInTheDocumentOrInNeither) {
   const Text content = u"[DEC SEP]\t.\r\n[NEW]\t1.25\r\n\r";
-  for (const int count : {1, 2, 3, 1000}) {
+  ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
     Text text;
-    const auto read = [&](CFileStream& stream) {
-      text.clear();
-      stream.FileRead(kPath, &text);
-    };
-    ForEachShortage(count, read, [&](Setting& setting, const Outcome&) {
-      const bool isRead = text == content;
-      EXPECT_TRUE(isRead || text.empty());
-      EXPECT_EQ(setting.stream.FieldExists(u"NEW"), isRead);
-      EXPECT_EQ(setting.stream.FieldExists(u"LAST"), !isRead);
-    });
-    EXPECT_EQ(text, content);
-  }
+    shortage.RaisedDuring([&] { setting.stream.FileRead(kPath, &text); });
+    const bool isRead = text == content;
+    EXPECT_TRUE(isRead || (shortage.Hit() && text.empty()));
+    EXPECT_EQ(setting.stream.FieldExists(u"NEW"), isRead);
+    EXPECT_EQ(setting.stream.FieldExists(u"LAST"), !isRead);
+  });
 }
 
 TEST(CFileStreamMemoryTest, LookUpThatFailsIsReportedWithTheFieldsName) {
@@ -183,9 +146,10 @@ TEST(CFileStreamMemoryTest, LookUpThatFailsIsReportedWithTheFieldsName) {
     fake.desktop.messages.reserve(10);
     CFileStream stream(fake.platform);
     stream.SetContents(records);
-    const Outcome outcome = CallDuringShortage([&] { lookUpOften(stream); }, 1, count);
-    EXPECT_TRUE(outcome.wasHit);
-    EXPECT_EQ(outcome.raised.has_value(), count == 3);
+    MemoryShortage shortage(1, count);
+    const std::int32_t raised = shortage.RaisedDuring([&] { lookUpOften(stream); });
+    EXPECT_TRUE(shortage.Hit());
+    EXPECT_EQ(raised, count == 3 ? kOutOfMemory : 0);
     return fake.desktop.messages;
   };
   EXPECT_EQ(messagesOfShortage(1), OneMessage(finding));
@@ -194,27 +158,28 @@ TEST(CFileStreamMemoryTest, LookUpThatFailsIsReportedWithTheFieldsName) {
 }
 
 TEST(CFileStreamMemoryTest, RemovalThatFailsIsReportedAndLeavesTheField) {
-  const auto remove = [](CFileStream& stream) {
-    EXPECT_FALSE(stream.RemoveField(kLongName) && MemoryShortage::Hit());
-  };
-  int shortages = 0;
-  ForEachShortage(1, remove, [&](Setting& setting, const Outcome&) {
-    ++shortages;
+  const auto remove = [](MemoryShortage& shortage) {
+    Setting setting;
+    const bool isRemoved = shortage.During([&] { return setting.stream.RemoveField(kLongName); });
+    EXPECT_EQ(isRemoved, !shortage.Hit());
+    if (isRemoved) return;
     EXPECT_EQ(setting.fake.desktop.messages,
               OneMessage(Text(u"An error occurred while removing field: ").append(kLongName)));
     EXPECT_EQ(setting.stream.GetFieldNumber(kLongName), Variant(1.5));
-  });
-  EXPECT_EQ(shortages, 1);
+  };
+  EXPECT_EQ(ForEachShortage(remove, {1}), 1);
 }
 
 TEST(CFileStreamMemoryTest, ValuesThatCannotBeHandedOutAreReportedWithTheIndexReached) {
-  const auto getValues = [](CFileStream& stream) {
-    const Variant values = stream.GetFieldString(u"LIST");
-    EXPECT_EQ(values.IsEmpty(), MemoryShortage::Hit());
+  const auto getValues = [](MemoryShortage& shortage) {
+    Setting setting;
+    const Variant values = shortage.During([&] { return setting.stream.GetFieldString(u"LIST"); });
+    EXPECT_EQ(values.IsEmpty(), shortage.Hit());
+    if (shortage.Hit()) {
+      EXPECT_EQ(setting.fake.desktop.messages, OneMessage(u"An error occurred while getting sub field:  0"));
+    }
   };
-  ForEachShortage(1, getValues, [](Setting& setting, const Outcome&) {
-    EXPECT_EQ(setting.fake.desktop.messages, OneMessage(u"An error occurred while getting sub field:  0"));
-  });
+  ForEachShortage(getValues, {1});
 }
 
 }  // namespace

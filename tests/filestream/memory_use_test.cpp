@@ -5,24 +5,16 @@
 #include <string>
 
 #include "tests/filestream/file_stream_fixture.hpp"
-#include "tests/filestream/memory_shortage.hpp"
+#include "tests/support/replaced_new.hpp"
 
 namespace vorquill21 {
 namespace {
 
+using test::BytesAskedBy;
 using test::FakePlatform;
-using test::MemoryUse;
 
 constexpr std::size_t kSmallChange = std::size_t{1} << 18;
 constexpr TextView kPath = u"/library/data.txt";
-
-/// How many bytes `operation` asks for in all, given back or not.
-template <typename Operation>
-std::size_t BytesAskedBy(Operation operation) {
-  const MemoryUse use;
-  operation();
-  return MemoryUse::AskedBytes();
-}
 
 // --- Ragged tables ---------------------------------------------------------------------------------------
 

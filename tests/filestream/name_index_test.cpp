@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
+#include "tests/support/replaced_new.hpp"
 #include "vorquill21/frame/types/number_text.hpp"
 
 namespace vorquill21 {
 namespace {
+
+using test::BytesAskedBy;
 
 /// A text of records with its index, and beside it the places of each name in order.
 class IndexedText {
@@ -112,12 +114,13 @@ TEST(NameIndexTest, NamesThatComeAndGoTakeNoFurtherMemory) {
   const Text text = u"[A][B]";
   NameIndex index;
   index.Build(text);
-  const test::MemoryShortage shortage(1);
-  for (int i = 0; i < 10000; ++i) {
-    index.RemoveFirst(text, u"B", 3);
-    index.Add(text, 3);
-  }
-  EXPECT_FALSE(test::MemoryShortage::Hit());
+  const auto removeAndAdd = [&] {
+    for (int i = 0; i < 10000; ++i) {
+      index.RemoveFirst(text, u"B", 3);
+      index.Add(text, 3);
+    }
+  };
+  EXPECT_EQ(BytesAskedBy(removeAndAdd), 0u);
   EXPECT_EQ(index.Find(text, u"A"), 0u);
   EXPECT_EQ(index.Find(text, u"B"), 3u);
 }
@@ -127,11 +130,7 @@ TEST(NameIndexTest, MemoryIsKeptForATextOfTheSameSizeAndGivenBackForAMuchSmaller
   for (std::int32_t i = 0; i < 5000; ++i) large += u"[" + NameOf(i) + u"]";
   const Text small = u"[A][B]";
   NameIndex index;
-  const auto bytesAskedToBuild = [&](TextView text) {
-    const test::MemoryUse use;
-    index.Build(text);
-    return test::MemoryUse::AskedBytes();
-  };
+  const auto bytesAskedToBuild = [&](TextView text) { return BytesAskedBy([&] { index.Build(text); }); };
   const std::size_t bytesOfLarge = bytesAskedToBuild(large);
   EXPECT_EQ(bytesAskedToBuild(large), 0u);
   EXPECT_LT(bytesAskedToBuild(small), bytesOfLarge / 10);

@@ -3,6 +3,7 @@
 
 #include "tests/filestream/file_stream_fixture.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/locales.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -334,26 +335,6 @@ TEST_P(CFileStreamFilesTest, EveryFaultOfReadingIsReportedAndLeavesTheDocument) 
 
 // --- Code pages of several bytes -------------------------------------------------------------------------
 
-/// A code page in which a byte from 80 on takes the next byte with it; both are one unit.
-class TwoByteLocale : public test::ChosenLocale {
- public:
-  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
-    std::size_t at = 0;
-    while (at < bytes.size()) {
-      const auto lead = static_cast<unsigned char>(bytes[at]);
-      if (lead < 0x80) {
-        text += lead;
-        ++at;
-        continue;
-      }
-      if (at + 1 == bytes.size()) break;
-      text += static_cast<char16_t>(lead << 8 | static_cast<unsigned char>(bytes[at + 1]));
-      at += 2;
-    }
-    return at;
-  }
-};
-
 class CFileStreamCodePageTest : public ::testing::Test {
  protected:
   Text Read(const std::string& bytes) {
@@ -364,8 +345,8 @@ class CFileStreamCodePageTest : public ::testing::Test {
   }
 
   test::FakePlatform fake;
-  TwoByteLocale locale;
-  Platform platform{fake.files, fake.desktop, locale, fake.process, fake.settings};
+  test::TwoByteLocale locale;
+  Platform platform = fake.With(locale);
   CFileStream stream{platform};
 };
 
@@ -387,20 +368,10 @@ TEST_F(CFileStreamCodePageTest, CharacterCutAtTheEndTakesTheFinalNulWithIt) {
   EXPECT_EQ(Read("ab\x81"), u"a");
 }
 
-/// A code page in which every character has two bytes.
-class PairLocale : public test::ChosenLocale {
- public:
-  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
-    const std::size_t whole = bytes.size() / 2 * 2;
-    for (std::size_t i = 0; i < whole; i += 2) text += static_cast<char16_t>(bytes[i] + 256 * bytes[i + 1]);
-    return whole;
-  }
-};
-
 TEST(CFileStreamPairsTest, FinalNulThatIsNoWholeCharacterIsTheUnitOfItsByte) {
   test::FakePlatform fake;
-  PairLocale locale;
-  Platform platform(fake.files, fake.desktop, locale, fake.process, fake.settings);
+  test::PairLocale locale;
+  Platform platform = fake.With(locale);
   CFileStream stream(platform);
   fake.files.Replace(kPath, std::string("a\0b\0c\0", 6));
   Text text;

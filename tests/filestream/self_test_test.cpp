@@ -1,29 +1,24 @@
+#include "tests/support/self_test.hpp"
+
 #include <fstream>
 #include <iterator>
 
 #include "tests/filestream/file_stream_fixture.hpp"
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 
 namespace vorquill21 {
+
+VORQUILL21_OPEN_SELF_TEST(CFileStream);
+
 namespace {
 
 using test::FaultPlan;
 using test::ForEachFault;
 
-/// An explicit instantiation may name a private member, and so hand it to a friend.
-template <auto kEntry>
-struct Opened {
-  friend void CallEntry(const CFileStream& stream, FailedTests& failedTests) {
-    (stream.*kEntry)(failedTests);
-  }
-};
-template struct Opened<&CFileStream::SelfTest_Main>;
-void CallEntry(const CFileStream& stream, FailedTests& failedTests);
-
 FailedTests SelfTestOn(Platform& platform) {
   FailedTests failedTests{u"earlier"};
-  CallEntry(CFileStream(platform), failedTests);
+  CallSelfTest(CFileStream(platform), failedTests);
   EXPECT_EQ(failedTests.front(), u"earlier");
   failedTests.erase(failedTests.begin());
   return failedTests;
@@ -165,24 +160,20 @@ TEST_P(CFileStreamSelfTest, EveryValueThatIsReadBackOtherwiseIsNoticed) {
 
 TEST_P(CFileStreamSelfTest, AShortageOfMemoryFailsTheCheckThatItHits) {
   std::vector<Text> names;
-  bool isHit = true;
-  for (int first = 1; isHit; ++first) {
+  const auto runSelfTest = [&](test::MemoryShortage& shortage) {
     test::PlatformWithSeparator base(GetParam());
     PutReference(base, ReferenceFile());
     base.desktop.messages.reserve(20);
     const CFileStream tested(base.platform);
     FailedTests failedTests;
     failedTests.reserve(10);
-    {
-      const test::MemoryShortage shortage(first);
-      CallEntry(tested, failedTests);
-      isHit = test::MemoryShortage::Hit();
-    }
-    ASSERT_LE(failedTests.size(), 1u) << first;
+    shortage.During([&] { CallSelfTest(tested, failedTests); });
+    ASSERT_LE(failedTests.size(), 1u);
     if (!failedTests.empty() && (names.empty() || names.back() != failedTests[0])) {
       names.push_back(failedTests[0]);
     }
-  }
+  };
+  test::ForEachShortage(runSelfTest, {1});
   EXPECT_EQ(names, kAllNames);
 }
 

@@ -114,12 +114,9 @@ TEST(MainTest, ASelfTestThatIsShortOfMemoryRaisesNothingButErrorSeven) {
     InstalledLibrary library;
     const Main main(library.platform);
     const BoundedArray<Variant> request = Arguments({2});
-    std::int32_t number = 0;
-    {
-      const MemoryShortage shortage(first);
-      number = RaisedNumber([&] { main.Initialise(request); });
-      isHit = MemoryShortage::Hit();
-    }
+    MemoryShortage shortage(first);
+    const std::int32_t number = shortage.RaisedDuring([&] { main.Initialise(request); });
+    isHit = shortage.Hit();
     EXPECT_TRUE(number == 0 || (isHit && number == kOutOfMemory)) << first << ", " << number;
     EXPECT_EQ(library.files.OpenReaders(), 0);
   }
@@ -234,7 +231,7 @@ TEST(MainTest, TheReportIsTheOnlyMessageBoxEvenWhereReadingFails) {
   FakePlatform fake;
   UnreadableFiles files;
   files.MakeFolder(u"/library");
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   Main(platform).Initialise(Arguments({1}));
   EXPECT_EQ(fake.desktop.beeps, 1);
   EXPECT_TRUE(fake.desktop.messages.empty());
@@ -254,7 +251,7 @@ TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
   {
     InstalledLibrary library;
     ReadOnlyFiles files;
-    Platform platform(files, library.desktop, library.locale, library.process, library.settings);
+    Platform platform = library.With(files);
     EXPECT_EQ(ReportOn(platform, library.desktop), needingFiles);
   }
   {
@@ -271,7 +268,7 @@ TEST(MainTest, ReportNamesTheChecksThatABrokenServiceFailsInOrder) {
     };
     InstalledLibrary library;
     LossyLocale locale;
-    Platform platform(library.files, library.desktop, locale, library.process, library.settings);
+    Platform platform = library.With(locale);
     EXPECT_EQ(ReportOn(platform, library.desktop),
               (ShownMessage{u"Failed the following tests:\r\rSelfTest_Main\rSelfTest_ReadWrite\r"
                             u"SelfTest_IsCompatibleVersion\rSelfTest_3dTable\r",

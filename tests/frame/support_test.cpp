@@ -7,6 +7,7 @@
 
 #include "tests/frame/installed_library.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/names_in.hpp"
 #include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21::test {
@@ -17,13 +18,6 @@ const FailedTests kNeedingFiles{u"ListFilesMathchingType", u"",
                                 u"SelfTest_DirMake",       u"SelfTest_Main",
                                 u"SelfTest_ReadWrite",     u"SelfTest_IsCompatibleVersion",
                                 u"SelfTest_3dTable"};
-
-std::vector<Text> NamesIn(Files& files, TextView folder) {
-  std::vector<Text> names;
-  for (const DirectoryEntry& entry : files.List(Text(folder).append(u"\\*"))) names.push_back(entry.name);
-  std::ranges::sort(names);
-  return names;
-}
 
 class SelfTestsTest : public testing::TestWithParam<char16_t> {};
 
@@ -76,25 +70,20 @@ TEST(SelfTestsTest, MissingReferenceFileFailsOneCheckAndBeepsOnce) {
 TEST(SelfTestsTest, ChecksThatFailAreListedInTheOrderOfTheClasses) {
   ReadOnlyFiles files;
   FakePlatform fake;
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   FailedTests failedTests{u"from an earlier run"};
   EXPECT_FALSE(MSupport::RunAllSelfTests(platform, failedTests));
   EXPECT_EQ(failedTests, kNeedingFiles);
   EXPECT_EQ(fake.desktop.beeps, 1);
 }
 
-/// Names another library folder.
-class ProcessOfHost : public FixedProcess {
- public:
-  explicit ProcessOfHost(Text folder) { libraryFolder = std::move(folder); }
-};
-
 TEST(SelfTestsTest, AHostMayNameAnotherFolder) {
   InstalledLibrary library;
   library.files.MakeFolder(u"/home");
   library.Install(u"/home");
-  ProcessOfHost process(u"/home");
-  Platform platform(library.files, library.desktop, library.locale, process, library.settings);
+  FixedProcess process;
+  process.libraryFolder = u"/home";
+  Platform platform = library.With(process);
   FailedTests failedTests;
   EXPECT_TRUE(MSupport::RunAllSelfTests(platform, failedTests));
   EXPECT_EQ(NamesIn(library.files, u"/library/self test"), std::vector<Text>{u"3d ref.txt"});

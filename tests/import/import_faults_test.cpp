@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <new>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/memory_failures.hpp"
+#include "tests/support/raised_number.hpp"
 #include "vorquill21/import/import_column_data.hpp"
 
 namespace vorquill21 {
@@ -90,13 +90,7 @@ class FailingFiles : public test::MemoryFiles {
     explicit Reader(std::unique_ptr<ByteReader> base) : base_(std::move(base)) {}
     std::uint64_t Length() const override { return base_->Length(); }
     std::size_t Read(std::span<char> buffer) override {
-      if (++reads_ == 2) {
-        if constexpr (std::is_constructible_v<Error, const char*>) {
-          throw Error("length");
-        } else {
-          throw Error();
-        }
-      }
+      if (++reads_ == 2) throw Error();
       return base_->Read(buffer);
     }
 
@@ -108,15 +102,14 @@ class FailingFiles : public test::MemoryFiles {
 
 template <typename Error>
 class ImportMemoryFaultsTest : public ::testing::Test {};
-using MemoryErrors = ::testing::Types<std::bad_alloc, std::length_error>;
-TYPED_TEST_SUITE(ImportMemoryFaultsTest, MemoryErrors);
+TYPED_TEST_SUITE(ImportMemoryFaultsTest, test::MemoryFailures);
 
 TYPED_TEST(ImportMemoryFaultsTest, RunningOutOfMemoryFailsTheImport) {
   test::FakePlatform fake;
   FailingFiles<TypeParam> files;
   files.MakeFolder(u"/library");
   files.Replace(kPath, LongContent());
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   CImportColumnData import(platform);
   Prepare(import);
   Text status;
@@ -136,12 +129,7 @@ TEST(ImportFaultsTest, AFaultWhileSettingsAreWrittenIsRaisedAndLeavesTheOnesBefo
       import.HeaderRow(3);
       import.FirstValueRow(4);
       import.Delimiter(u";");
-      std::int32_t raised = 0;
-      try {
-        import.SettingsWriteToRegistry();
-      } catch (const LibraryError& error) {
-        raised = error.Number();
-      }
+      const std::int32_t raised = test::RaisedNumber([&] { import.SettingsWriteToRegistry(); });
       const auto stored = [&](TextView key) {
         return fake.settings.Get(u"Vorquill21", u"Import Settings", key, u"absent");
       };

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/import/import_column_data.hpp"
 
 namespace vorquill21 {
@@ -79,27 +79,16 @@ INSTANTIATE_TEST_SUITE_P(Every, ImportMemoryTest, ::testing::ValuesIn(kSteps),
                          [](const auto& test) { return test.param.first; });
 
 TEST_P(ImportMemoryTest, AShortageIsErrorSevenOrAnImportThatFailed) {
-  for (const int count : {1, 2, 3, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      SCOPED_TRACE(std::to_string(count) + " allocations from " + std::to_string(first));
-      Setting setting;
-      bool isDone = false;
-      {
-        const MemoryShortage shortage(first, count);
-        try {
-          isDone = GetParam().second(setting.import);
-        } catch (const LibraryError& error) {
-          EXPECT_EQ(error.Number(), kOutOfMemory);
-        }
-      }
-      isHit = MemoryShortage::Hit();
-      EXPECT_TRUE(isDone || isHit);
-      EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
-      EXPECT_EQ(setting.import.DataRowCount(), 2);
-      EXPECT_EQ(setting.import.ColumnData(1, 1), Variant(4.0));
-    }
-  }
+  test::ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    bool isDone = false;
+    const std::int32_t number = shortage.RaisedDuring([&] { isDone = GetParam().second(setting.import); });
+    EXPECT_TRUE(number == 0 || number == kOutOfMemory) << number;
+    EXPECT_TRUE(isDone || shortage.Hit());
+    EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
+    EXPECT_EQ(setting.import.DataRowCount(), 2);
+    EXPECT_EQ(setting.import.ColumnData(1, 1), Variant(4.0));
+  });
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/fake_platform.hpp"
-#include "vorquill21/frame/types/library_error.hpp"
+#include "tests/support/raised_number.hpp"
 #include "vorquill21/import/import_column_data.hpp"
 
 namespace vorquill21 {
@@ -27,12 +27,7 @@ class ImportSettingsTest : public ::testing::Test {
   }
 
   std::int32_t ErrorOfReading() {
-    try {
-      import.SettingsReadFromRegistry();
-    } catch (const LibraryError& error) {
-      return error.Number();
-    }
-    return 0;
+    return test::RaisedNumber([&] { import.SettingsReadFromRegistry(); });
   }
 
   test::FakePlatform fake;

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/interpolate/fit_cases.hpp"
+#include "tests/interpolate/rounded_once.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/ulps.hpp"
 
@@ -36,17 +37,6 @@ struct Fit {
   }
 };
 
-double Largest(std::span<const double> numbers) {
-  double largest = 0.0;
-  for (const double number : numbers) largest = std::max(largest, std::abs(number));
-  return largest;
-}
-
-/// A polynomial through all points leaves what 32 digits cannot tell from 0.
-void ExpectNothing(double value, double scale) {
-  EXPECT_LE(std::abs(value), scale * 1e-28);
-}
-
 // The expected numbers are exact solutions that make_fit_cases.py wrote into fit_cases.hpp.
 TEST(CurveFitTest, CoefficientsAreTheExactOnesRoundedOnce) {
   for (const CurveCase& expected : kCurveCases) {
@@ -56,11 +46,7 @@ TEST(CurveFitTest, CoefficientsAreTheExactOnesRoundedOnce) {
     for (std::size_t k = 0; k < expected.coefficients.size(); ++k) {
       SCOPED_TRACE(k);
       const double fitted = fit.coefficients(static_cast<std::int32_t>(k) + 1);
-      if (expected.coefficients[k] == 0.0) {
-        ExpectNothing(fitted, Largest(expected.coefficients));
-      } else {
-        EXPECT_LE(UlpsBetween(fitted, expected.coefficients[k]), 1);
-      }
+      ExpectRoundedOnce(fitted, expected.coefficients[k], expected.coefficients);
     }
   }
 }
@@ -69,11 +55,7 @@ TEST(CurveFitTest, StandardDeviationDividesByOneLessThanThePoints) {
   for (const CurveCase& expected : kCurveCases) {
     SCOPED_TRACE(expected.name);
     const Fit fit(expected.xs, expected.ys, expected.order);
-    if (expected.stdDev == 0.0) {
-      ExpectNothing(fit.stdDev, Largest(expected.ys));
-    } else {
-      EXPECT_LE(UlpsBetween(fit.stdDev, expected.stdDev), 1);
-    }
+    ExpectRoundedOnce(fit.stdDev, expected.stdDev, expected.ys);
   }
   const double xs[] = {0.0, 1.0, 2.0};
   const double ys[] = {0.0, 1.0, 0.0};

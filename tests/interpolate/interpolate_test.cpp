@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/raised_error.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
 #include "tests/support/short_of_memory.hpp"
@@ -66,14 +67,10 @@ TEST_F(CInterpolateTest, DeliberateCoincidentPointsRaiseInTheNameOfAnotherClass)
     double at;
   };
   for (const Row& row : {Row{6, 1}, Row{5, 2}, Row{5, kNaN}}) {
-    try {
-      interpolate.OneDLinearInterpolateFromPoints(1, 1, 5, row.y2, row.at);
-      ADD_FAILURE() << "no error";
-    } catch (const LibraryError& error) {
-      EXPECT_EQ(error.Number(), kCoincident);
-      EXPECT_EQ(error.Source(), u"Vorquill21.CMathUtils.OneDLinearInterpolateFromPoints");
-      EXPECT_EQ(error.Description(), u"X values are coincident");
-    }
+    EXPECT_EQ(
+        test::ErrorRaisedBy([&] { interpolate.OneDLinearInterpolateFromPoints(1, 1, 5, row.y2, row.at); }),
+        (test::RaisedError{kCoincident, u"Vorquill21.CMathUtils.OneDLinearInterpolateFromPoints",
+                           u"X values are coincident"}));
   }
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "tests/interpolate/fit_cases.hpp"
+#include "tests/interpolate/rounded_once.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/ulps.hpp"
 
@@ -48,12 +49,6 @@ BoundedArray<double> Square(std::int32_t order, const std::vector<double>& eleme
   return square;
 }
 
-double Largest(std::span<const double> numbers) {
-  double largest = 0.0;
-  for (const double number : numbers) largest = std::max(largest, std::abs(number));
-  return largest;
-}
-
 // The expected numbers are exact solutions that make_fit_cases.py wrote into fit_cases.hpp.
 TEST(SurfaceFitTest, CoefficientsAreTheExactOnesRoundedOnce) {
   for (const SurfaceCase& expected : kSurfaceCases) {
@@ -62,15 +57,9 @@ TEST(SurfaceFitTest, CoefficientsAreTheExactOnesRoundedOnce) {
     ASSERT_EQ(fit.error, 0);
     ASSERT_EQ(fit.coefficients.BoundsOf(1), (Bounds{0, expected.order}));
     ASSERT_EQ(fit.coefficients.BoundsOf(2), (Bounds{0, expected.order}));
-    const double nothing = Largest(expected.coefficients) * 1e-28;
     for (std::size_t k = 0; k < expected.coefficients.size(); ++k) {
       SCOPED_TRACE(k);
-      const double fitted = fit.coefficients.Elements()[k];
-      if (expected.coefficients[k] == 0.0) {
-        EXPECT_LE(std::abs(fitted), nothing);
-      } else {
-        EXPECT_LE(UlpsBetween(fitted, expected.coefficients[k]), 1);
-      }
+      ExpectRoundedOnce(fit.coefficients.Elements()[k], expected.coefficients[k], expected.coefficients);
     }
   }
 }

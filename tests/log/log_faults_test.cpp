@@ -4,6 +4,7 @@
 
 #include "tests/log/log_fixture.hpp"
 #include "tests/support/faulty_platform.hpp"
+#include "tests/support/locales.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -124,7 +125,7 @@ TEST(LogFaultsTest, LoggingGoesOnWhenAFullDiskHasRoomAgain) {
   SmallFiles files;
   files.MakeFolder(u"/library");
   test::FakePlatform fake;
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   CLog log(platform);
   log.Initialise(kLogPath, kNoBound, false, true, u"");
   EntryRecorder recorder(log);
@@ -151,7 +152,7 @@ class CountingFiles : public test::MemoryFiles {
 TEST(LogFaultsTest, LineAndLineEndAreWrittenTogether) {
   CountingFiles files;
   test::FakePlatform fake;
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   CLog log(platform);
   log.Initialise(u"/host.log", kNoBound, false, true, u"");
   log.AddEntry(u"a\r\nb", logExact);
@@ -159,16 +160,10 @@ TEST(LogFaultsTest, LineAndLineEndAreWrittenTogether) {
   EXPECT_EQ(files.appended, (std::vector<std::string>{"a\r\nb\r\n", "c\r\n"}));
 }
 
-/// Finds no memory for the bytes of a text.
-class HungryLocale : public test::ChosenLocale {
- public:
-  void AppendToCodePage(TextView, std::string&) const override { throw std::bad_alloc(); }
-};
-
 TEST(LogFaultsTest, MemoryThatRunsOutWhileWritingLosesTheEntry) {
   test::FakePlatform fake;
-  HungryLocale locale;
-  Platform platform(fake.files, fake.desktop, locale, fake.process, fake.settings);
+  test::ExhaustedLocale locale;
+  Platform platform = fake.With(locale);
   CLog log(platform);
   log.Initialise(kLogPath, kNoBound, false, true, u"");
   EntryRecorder recorder(log);

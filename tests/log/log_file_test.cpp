@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "tests/log/log_fixture.hpp"
+#include "tests/support/locales.hpp"
 #include "vorquill21/log/log.hpp"
 
 namespace vorquill21 {
@@ -135,7 +136,7 @@ TEST(LogOfManyTest, AFileThatGrowsWhileItIsCutIsCutToItsNewEnd) {
   GrowingFiles files;
   files.MakeFolder(u"/library");
   files.Replace(kLogPath, Sample(250));
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   CLog log(platform);
   log.Initialise(kLogPath, 100, false, true, u"TITLE");
   log.StartLogging();
@@ -150,25 +151,10 @@ TEST_F(LogTest, AClearedFileIsNotCut) {
   EXPECT_EQ(Bytes(), kBanner);
 }
 
-/// Two bytes are a character, so that bytes and characters are counted differently.
-class PairLocale : public test::ChosenLocale {
- public:
-  bool HasSingleBytes() const override { return false; }
-  std::size_t AppendFromCodePage(std::string_view bytes, Text& text) const override {
-    const std::size_t whole = bytes.size() / 2 * 2;
-    for (std::size_t i = 0; i < whole; i += 2) text += static_cast<char16_t>(bytes[i] + 256 * bytes[i + 1]);
-    return whole;
-  }
-  void AppendToCodePage(TextView text, std::string& bytes) const override {
-    for (const char16_t unit : text)
-      bytes.append({static_cast<char>(unit % 256), static_cast<char>(unit / 256)});
-  }
-};
-
 TEST(LogOfAnotherCodePageTest, CharactersAreCountedNotBytes) {
   test::FakePlatform fake;
-  const PairLocale pairs;
-  Platform platform(fake.files, fake.desktop, const_cast<PairLocale&>(pairs), fake.process, fake.settings);
+  test::PairLocale pairs;
+  Platform platform = fake.With(pairs);
   struct Row {
     std::string old;
     std::int32_t bound;

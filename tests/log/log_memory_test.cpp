@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/log/log.hpp"
 
 namespace vorquill21 {
@@ -55,38 +54,20 @@ INSTANTIATE_TEST_SUITE_P(Every, MemoryOfLogsTest, ::testing::ValuesIn(kSteps),
                          [](const auto& test) { return test.param.name; });
 
 TEST_P(MemoryOfLogsTest, AShortageRaisesNothingButErrorSeven) {
-  for (const int count : {1, 2, 3, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      SCOPED_TRACE(std::to_string(count) + " allocations from " + std::to_string(first));
-      Setting setting;
-      std::int32_t number = 0;
-      {
-        const MemoryShortage shortage(first, count);
-        try {
-          GetParam().run(setting);
-        } catch (const LibraryError& error) {
-          number = error.Number();
-        }
-      }
-      isHit = MemoryShortage::Hit();
-      EXPECT_TRUE(number == GetParam().number || (isHit && number == kOutOfMemory)) << number;
-      EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
-    }
-  }
+  test::ForEachShortage([&](MemoryShortage& shortage) {
+    Setting setting;
+    const std::int32_t number = shortage.RaisedDuring([&] { GetParam().run(setting); });
+    EXPECT_TRUE(number == GetParam().number || (shortage.Hit() && number == kOutOfMemory)) << number;
+    EXPECT_EQ(setting.fake.files.OpenReaders(), 0);
+  });
 }
 
 TEST(MemoryOfLogsTest, WhatRaisesNothingButError1000RaisesNothingDuringAShortage) {
   const auto raisesNothing = [](void (*run)(Setting&)) {
-    for (const int count : {1, 2, 1000}) {
-      bool isHit = true;
-      for (int first = 1; isHit; ++first) {
-        Setting setting;
-        const MemoryShortage shortage(first, count);
-        EXPECT_NO_THROW(run(setting)) << first << ", " << count;
-        isHit = MemoryShortage::Hit();
-      }
-    }
+    test::ForEachShortage([&](MemoryShortage& shortage) {
+      Setting setting;
+      EXPECT_NO_THROW(shortage.During([&] { run(setting); }));
+    });
   };
   raisesNothing([](Setting& setting) { setting.log.StartLogging(); });
   raisesNothing([](Setting& setting) { setting.log.View(); });
@@ -95,23 +76,17 @@ TEST(MemoryOfLogsTest, WhatRaisesNothingButError1000RaisesNothingDuringAShortage
 
 TEST(MemoryOfLogsTest, EveryHandlerIsCalledOrNoneWhenMemoryRunsOut) {
   int writtenWithoutCall = 0;
-  bool isHit = true;
-  for (int first = 1; isHit; ++first) {
+  const auto addEntry = [&](MemoryShortage& shortage) {
     Setting setting;
     int calls = 0;
     for (int i = 0; i < 3; ++i) setting.log.EntryLogged.Connect([&](TextView, ELogAction) { ++calls; });
-    {
-      const MemoryShortage shortage(first);
-      try {
-        setting.log.AddEntry(u"an entry that needs memory", logNormal);
-      } catch (const LibraryError& error) {
-        EXPECT_EQ(error.Number(), kOutOfMemory);
-      }
-      isHit = MemoryShortage::Hit();
-    }
-    EXPECT_TRUE(calls == 3 || (isHit && calls == 0)) << calls;
+    const std::int32_t number =
+        shortage.RaisedDuring([&] { setting.log.AddEntry(u"an entry that needs memory", logNormal); });
+    EXPECT_TRUE(number == 0 || number == kOutOfMemory) << number;
+    EXPECT_TRUE(calls == 3 || (shortage.Hit() && calls == 0)) << calls;
     if (calls == 0 && setting.log.Text() == u"an entry that needs memory") ++writtenWithoutCall;
-  }
+  };
+  test::ForEachShortage(addEntry, {1});
   EXPECT_EQ(writtenWithoutCall, 1);
 }
 

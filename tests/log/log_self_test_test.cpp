@@ -40,7 +40,7 @@ TEST(LogSelfTest, AddsEntriesOfEveryKindBetweenBanners) {
   KeepingFiles files;
   files.MakeFolder(u"/library");
   test::FakePlatform fake;
-  Platform platform(files, fake.desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(files);
   SelfTestOn(platform);
   const std::string rule = test::kRule + "\r\n";
   EXPECT_EQ(files.deleted,

@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "tests/log/log_fixture.hpp"
+#include "tests/support/raised_error.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/string_reference.hpp"
 
@@ -14,35 +15,29 @@ namespace vorquill21 {
 namespace {
 
 using test::EntryRecorder;
+using test::ErrorRaisedBy;
 using test::kLogPath;
 using test::kNoBound;
 using test::LoggedEntry;
 using test::LogTest;
+using test::RaisedError;
 using test::RaisedNumber;
 
 // --- Before Initialise -----------------------------------------------------------------------------------
 
-template <typename Operation>
-void ExpectNotInitialised(TextView source, Operation operation) {
-  try {
-    operation();
-    ADD_FAILURE() << ToUtf8(source) << " raised nothing";
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 1000);
-    EXPECT_EQ(error.Source(), source);
-    EXPECT_EQ(error.Description(), u"Log not initialised");
-  }
+RaisedError NotInitialised(TextView source) {
+  return {1000, Text(source), u"Log not initialised"};
 }
 
 TEST(UninitialisedLogTest, OperationsRaiseAnErrorThatNamesThem) {
   test::FakePlatform fake;
   CLog log(fake.platform);
   const EntryRecorder recorder(log);
-  ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"entry", logNormal); });
-  ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"", logException); });
-  ExpectNotInitialised(u"CLog.StartLogging", [&] { log.StartLogging(); });
-  ExpectNotInitialised(u"CLog.StopLogging", [&] { log.StopLogging(); });
-  ExpectNotInitialised(u"CLog.View", [&] { log.View(); });
+  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"entry", logNormal); }), NotInitialised(u"CLog.AddEntry"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"", logException); }), NotInitialised(u"CLog.AddEntry"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.StartLogging(); }), NotInitialised(u"CLog.StartLogging"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.StopLogging(); }), NotInitialised(u"CLog.StopLogging"));
+  EXPECT_EQ(ErrorRaisedBy([&] { log.View(); }), NotInitialised(u"CLog.View"));
   EXPECT_FALSE(log.LogContainsExceptions());
   EXPECT_TRUE(recorder.entries.empty());
   EXPECT_TRUE(fake.desktop.openedDocuments.empty());
@@ -62,8 +57,8 @@ TEST(UninitialisedLogTest, AnInitialiseThatFailedInitialisesNothing) {
   CLog log(fake.platform);
   EXPECT_EQ(RaisedNumber([&] { log.Initialise(kLogPath, kNoBound, true, true, Missing{}); }), 13);
   for (int i = 0; i < 2; ++i) {
-    ExpectNotInitialised(u"CLog.AddEntry", [&] { log.AddEntry(u"entry", logNormal); });
-    ExpectNotInitialised(u"CLog.StartLogging", [&] { log.StartLogging(); });
+    EXPECT_EQ(ErrorRaisedBy([&] { log.AddEntry(u"entry", logNormal); }), NotInitialised(u"CLog.AddEntry"));
+    EXPECT_EQ(ErrorRaisedBy([&] { log.StartLogging(); }), NotInitialised(u"CLog.StartLogging"));
   }
   EXPECT_EQ(log.Filepath(), u"");
   log.Initialise(kLogPath, kNoBound, true, true, u"");
@@ -317,18 +312,15 @@ TEST_F(LogTest, TheInnermostErrorIsTold) {
 TEST_F(LogTest, TheCallersErrorIsStillItsOwnAfterwards) {
   log.Initialise(u"/nowhere/host.log", kNoBound, false, true, u"");
   log.EntryLogged.Connect([](TextView, ELogAction) { throw LibraryError(kOverflow); });
-  try {
+  const auto logWhileHandling = [&] {
     try {
       throw LibraryError(kTypeMismatch, u"Host.Work", u"own");
     } catch (const LibraryError&) {
       for (const ELogAction action : {logNormal, logException, logExceptionError}) log.AddEntry(u"x", action);
       throw;
     }
-  } catch (const LibraryError& error) {
-    EXPECT_EQ(error.Number(), 13);
-    EXPECT_EQ(error.Source(), u"Host.Work");
-    EXPECT_EQ(error.Description(), u"own");
-  }
+  };
+  EXPECT_EQ(ErrorRaisedBy(logWhileHandling), (RaisedError{13, u"Host.Work", u"own"}));
 }
 
 // --- Banners ---------------------------------------------------------------------------------------------
@@ -464,7 +456,7 @@ TEST_F(LogTest, DeliberateViewFailsInSilence) {
     std::int32_t OpenDocument(const DocumentRequest&) override { throw LibraryError(kDeviceInputOutput); }
   };
   FailingDesktop desktop;
-  Platform platform(fake.files, desktop, fake.locale, fake.process, fake.settings);
+  Platform platform = fake.With(desktop);
   CLog failing(platform);
   failing.Initialise(kLogPath, kNoBound, false, true, u"");
   EXPECT_FALSE(failing.View(u"a message"));

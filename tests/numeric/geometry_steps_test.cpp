@@ -1,15 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <cstdint>
-#include <limits>
-#include <random>
-#include <vector>
 
-#include "tests/support/fake_platform.hpp"
-#include "tests/support/raised_number.hpp"
+#include "tests/support/promised_steps.hpp"
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/numeric/elementary.hpp"
 #include "vorquill21/numeric/geometry.hpp"
@@ -18,12 +12,12 @@
 namespace vorquill21 {
 namespace {
 
+using test::BitsOrNaN;
+
 constexpr double kDegree = 0x1.1df46a25ca311p-6;
 constexpr double kUntouched = 77.0;
 
 // --- The promised steps ----------------------------------------------------------------------------------
-
-// Each result is looked at where it arises, and nothing is done in any other order than the promised one.
 
 struct Vector {
   double x = kUntouched;
@@ -139,37 +133,9 @@ void ProductBySteps(const BoundedArray<double>& a, const BoundedArray<double>& b
 
 // --- The comparison --------------------------------------------------------------------------------------
 
-std::uint64_t Bits(double value) {
-  return std::isnan(value) ? ~std::uint64_t{0} : std::bit_cast<std::uint64_t>(value);
-}
-
-/// What a call leaves: the number that it raised, and every by-reference result.
-struct Outcome {
-  std::int32_t raised = 0;
-  std::vector<std::uint64_t> results;
-};
-
-template <typename Operation>
-Outcome OutcomeOf(Operation operation) {
-  Vector result;
-  Outcome outcome;
-  outcome.raised = test::RaisedNumber([&] { operation(result); });
-  outcome.results = {Bits(result.x), Bits(result.y), Bits(result.z)};
-  return outcome;
-}
-
-class GeometryStepsTest : public testing::Test {
+class GeometryStepsTest : public test::PromisedStepsTest<Vector> {
  protected:
-  /// Plain numbers mostly, often a few of them equal; some so large or small that a square leaves the range.
-  double Number() {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-    constexpr double kOdd[] = {0.0,      -0.0,      1.0,   -1.0,   0x1p-1074, 0x1p-540, 0x1p500,
-                               0x1p1023, -0x1p1023, 1e200, -1e200, kInfinity, kNaN};
-    if (random_() % 12 == 0) return kOdd[random_() % std::size(kOdd)];
-    if (random_() % 3 == 0) return static_cast<double>(random_() % 7) - 3.0;
-    return normal_(random_);
-  }
+  GeometryStepsTest() : PromisedStepsTest(41, 12) {}
 
   Vector NextVector() {
     const double x = Number();
@@ -177,20 +143,7 @@ class GeometryStepsTest : public testing::Test {
     return {x, y, Number()};
   }
 
-  template <typename Operation, typename Steps>
-  void ExpectSame(Operation operation, Steps steps) {
-    const Outcome actual = OutcomeOf(operation);
-    const Outcome expected = OutcomeOf(steps);
-    EXPECT_EQ(actual.raised, expected.raised);
-    EXPECT_EQ(actual.results, expected.results);
-    faults_ += expected.raised != 0 ? 1 : 0;
-  }
-
-  test::FakePlatform fake_;
   CGeometry geometry_{fake_.platform};
-  std::mt19937_64 random_{41};
-  std::normal_distribution<double> normal_;
-  int faults_ = 0;
 };
 
 constexpr int kRounds = 20'000;
@@ -199,56 +152,57 @@ TEST_F(GeometryStepsTest, VectorsComeToWhatTheirStepsComeTo) {
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const Vector a = NextVector();
     const Vector b = NextVector();
-    ExpectSame([&](Vector& r) { geometry_.VectorAdd3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
-               [&](Vector& r) {
-                 r.x = CheckedSum(a.x, b.x);
-                 r.y = CheckedSum(a.y, b.y);
-                 r.z = CheckedSum(a.z, b.z);
-               });
-    ExpectSame([&](Vector& r) { geometry_.VectorSubtract3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
-               [&](Vector& r) {
-                 r.x = CheckedDifference(a.x, b.x);
-                 r.y = CheckedDifference(a.y, b.y);
-                 r.z = CheckedDifference(a.z, b.z);
-               });
-    ExpectSame(
-        [&](Vector& r) { geometry_.VectorCrossProduct3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
-        [&](Vector& r) { CrossBySteps(a, b, r); });
-    ExpectSame([&](Vector& r) { geometry_.VectorDotProduct3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x); },
-               [&](Vector& r) { r.x = DotBySteps(a, b); });
-    ExpectSame([&](Vector& r) { r.x = geometry_.VectorMagnitude3d(a.x, a.y, a.z); },
-               [&](Vector& r) { r.x = MagnitudeBySteps(a); });
-    ExpectSame([&](Vector& r) { geometry_.UnitVector3d(a.x, a.y, a.z, r.x, r.y, r.z); },
-               [&](Vector& r) { UnitBySteps(a, r); });
+    EXPECT_TRUE(Agree([&](Vector& r) { geometry_.VectorAdd3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
+                      [&](Vector& r) {
+                        r.x = CheckedSum(a.x, b.x);
+                        r.y = CheckedSum(a.y, b.y);
+                        r.z = CheckedSum(a.z, b.z);
+                      }));
+    EXPECT_TRUE(
+        Agree([&](Vector& r) { geometry_.VectorSubtract3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
+              [&](Vector& r) {
+                r.x = CheckedDifference(a.x, b.x);
+                r.y = CheckedDifference(a.y, b.y);
+                r.z = CheckedDifference(a.z, b.z);
+              }));
+    EXPECT_TRUE(
+        Agree([&](Vector& r) { geometry_.VectorCrossProduct3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x, r.y, r.z); },
+              [&](Vector& r) { CrossBySteps(a, b, r); }));
+    EXPECT_TRUE(Agree([&](Vector& r) { geometry_.VectorDotProduct3d(a.x, a.y, a.z, b.x, b.y, b.z, r.x); },
+                      [&](Vector& r) { r.x = DotBySteps(a, b); }));
+    EXPECT_TRUE(Agree([&](Vector& r) { r.x = geometry_.VectorMagnitude3d(a.x, a.y, a.z); },
+                      [&](Vector& r) { r.x = MagnitudeBySteps(a); }));
+    EXPECT_TRUE(Agree([&](Vector& r) { geometry_.UnitVector3d(a.x, a.y, a.z, r.x, r.y, r.z); },
+                      [&](Vector& r) { UnitBySteps(a, r); }));
   }
-  EXPECT_GT(faults_, 100);
+  EXPECT_GT(Faults(), 100);
 }
 
 TEST_F(GeometryStepsTest, LinesComeToWhatTheirStepsComeTo) {
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     const Vector a = NextVector();
-    const Vector b = random_() % 20 == 0 ? a : NextVector();
+    const Vector b = Below(20) == 0 ? a : NextVector();
     const Vector c = NextVector();
     const Vector d = NextVector();
-    ExpectSame(
+    EXPECT_TRUE(Agree(
         [&](Vector& r) {
           r.x = geometry_.AngleBetweenLines(a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z, d.x, d.y, d.z);
         },
-        [&](Vector& r) { r.x = AngleBySteps(a, b, c, d); });
-    ExpectSame([&](Vector& r) { r.x = geometry_.AngleBetweenVectors(a.x, a.y, a.z, b.x, b.y, b.z); },
-               [&](Vector& r) {
-                 r.x = AngleBySteps({0, 0, 0}, a, {0, 0, 0}, b);
-               });
-    ExpectSame(
+        [&](Vector& r) { r.x = AngleBySteps(a, b, c, d); }));
+    EXPECT_TRUE(Agree([&](Vector& r) { r.x = geometry_.AngleBetweenVectors(a.x, a.y, a.z, b.x, b.y, b.z); },
+                      [&](Vector& r) {
+                        r.x = AngleBySteps({0, 0, 0}, a, {0, 0, 0}, b);
+                      }));
+    EXPECT_TRUE(Agree(
         [&](Vector& r) { r.x = geometry_.LineDistanceToPoint(a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z); },
-        [&](Vector& r) { r.x = DistanceBySteps(a, b, c); });
-    ExpectSame(
+        [&](Vector& r) { r.x = DistanceBySteps(a, b, c); }));
+    EXPECT_TRUE(Agree(
         [&](Vector& r) {
           geometry_.IntersectNormalPointToLine(a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z, r.x, r.y, r.z);
         },
-        [&](Vector& r) { FootBySteps(a, b, c, r); });
+        [&](Vector& r) { FootBySteps(a, b, c, r); }));
   }
-  EXPECT_GT(faults_, 100);
+  EXPECT_GT(Faults(), 100);
 }
 
 TEST_F(GeometryStepsTest, RotationsComeToWhatTheirStepsComeTo) {
@@ -260,20 +214,24 @@ TEST_F(GeometryStepsTest, RotationsComeToWhatTheirStepsComeTo) {
     RotationBySteps(degrees, expected);
     ASSERT_EQ(matrix.BoundsOf(1), (Bounds{1, 3}));
     ASSERT_EQ(matrix.BoundsOf(2), (Bounds{1, 3}));
-    for (std::size_t i = 0; i < 9; ++i) EXPECT_EQ(Bits(matrix.Elements()[i]), Bits(expected.Elements()[i]));
+    for (std::size_t i = 0; i < 9; ++i) {
+      EXPECT_EQ(BitsOrNaN(matrix.Elements()[i]), BitsOrNaN(expected.Elements()[i]));
+    }
 
     for (double& element : matrix.Elements()) {
-      if (random_() % 10 == 0) element = Number();
+      if (Below(10) == 0) element = Number();
     }
     const Vector point = NextVector();
-    ExpectSame([&](Vector& r) { geometry_.TransformPoint(point.x, point.y, point.z, matrix, r.x, r.y, r.z); },
-               [&](Vector& r) { TransformBySteps(point, matrix, r); });
+    EXPECT_TRUE(
+        Agree([&](Vector& r) { geometry_.TransformPoint(point.x, point.y, point.z, matrix, r.x, r.y, r.z); },
+              [&](Vector& r) { TransformBySteps(point, matrix, r); }));
   }
-  EXPECT_GT(faults_, 100);
+  EXPECT_GT(Faults(), 100);
 }
 
 TEST_F(GeometryStepsTest, ProductsOfMatricesComeToWhatTheirStepsComeTo) {
-  const auto below = [this](std::uint64_t count) { return static_cast<std::int32_t>(random_() % count); };
+  const auto below = [this](std::size_t count) { return static_cast<std::int32_t>(Below(count)); };
+  int faults = 0;
   int missing = 0;
   for (int round = 0; round < kRounds && !HasFailure(); ++round) {
     // Mostly from an index up to 1 on, and with as many rows in the second matrix as the first has columns.
@@ -284,7 +242,7 @@ TEST_F(GeometryStepsTest, ProductsOfMatricesComeToWhatTheirStepsComeTo) {
     if (below(20) == 0) a.ReDim({2, 3}, {below(3), 3});
     if (below(20) == 0) b.ReDim({below(3), 3}, {1, 1 + below(9)});
     for (BoundedArray<double>* matrix : {&a, &b}) {
-      for (double& element : matrix->Elements()) element = below(8) == 0 ? Number() : normal_(random_);
+      for (double& element : matrix->Elements()) element = Number();
     }
     BoundedArray<double> product({0, 1}, {0, 1});
     BoundedArray<double> expected = product;
@@ -292,19 +250,19 @@ TEST_F(GeometryStepsTest, ProductsOfMatricesComeToWhatTheirStepsComeTo) {
     EXPECT_EQ(test::RaisedNumber([&] { geometry_.MatrixMultiply(a, b, product); }), raised);
     EXPECT_EQ(product.BoundsOf(1), expected.BoundsOf(1));
     EXPECT_EQ(product.BoundsOf(2), expected.BoundsOf(2));
-    EXPECT_TRUE(std::ranges::equal(product.Elements(), expected.Elements(), {}, Bits, Bits));
+    EXPECT_TRUE(std::ranges::equal(product.Elements(), expected.Elements(), {}, BitsOrNaN, BitsOrNaN));
 
     BoundedArray<double>& factor = round % 2 == 0 ? a : b;
     const bool isReplaced = expected.LowerBound(1) == 1;
     const BoundedArray<double> after = isReplaced ? expected : factor;
     EXPECT_EQ(test::RaisedNumber([&] { geometry_.MatrixMultiply(a, b, factor); }), raised);
     EXPECT_EQ(factor.BoundsOf(2), after.BoundsOf(2));
-    EXPECT_TRUE(std::ranges::equal(factor.Elements(), after.Elements(), {}, Bits, Bits));
+    EXPECT_TRUE(std::ranges::equal(factor.Elements(), after.Elements(), {}, BitsOrNaN, BitsOrNaN));
 
-    faults_ += raised == kOverflow ? 1 : 0;
+    faults += raised == kOverflow ? 1 : 0;
     missing += raised == kSubscriptOutOfRange ? 1 : 0;
   }
-  EXPECT_GT(faults_, 100);
+  EXPECT_GT(faults, 100);
   EXPECT_GT(missing, 100);
 }
 

@@ -12,21 +12,15 @@
 #include <vector>
 
 #include "tests/support/fake_platform.hpp"
+#include "tests/support/for_each_shortage.hpp"
+#include "tests/support/raised_error.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/self_test.hpp"
 #include "tests/support/short_of_memory.hpp"
 
 namespace vorquill21 {
 
-/// Reaches the private self-test entry: the instantiation below may name it, and gives RunSelfTest its body.
-void RunSelfTest(const CMathUtils& utils, FailedTests& failedTests);
-
-template <void (CMathUtils::*selfTest)(FailedTests&) const>
-struct SelfTestAccess {
-  friend void RunSelfTest(const CMathUtils& utils, FailedTests& failedTests) {
-    (utils.*selfTest)(failedTests);
-  }
-};
-template struct SelfTestAccess<&CMathUtils::SelfTest_Main>;
+VORQUILL21_OPEN_SELF_TEST(CMathUtils);
 
 namespace {
 
@@ -122,17 +116,12 @@ TEST_F(ArrayLocateTest, DeliberateSingleNodeThatEqualsTheValueIsOutOfRange) {
 TEST_F(ArrayLocateTest, DeliberateNegativeBoundsRaiseAMisspeltErrorOfAMisnamedSource) {
   for (const auto& table : {Doubles({0, 1, 2}, -1), Doubles({0}, -5), BoundedArray<double>::Empty()}) {
     std::int32_t index = 42;
-    try {
-      utils.ArrayLocate(table, 1, index);
-      ADD_FAILURE() << "no error";
-    } catch (const LibraryError& error) {
-      EXPECT_EQ(error.Number(), eErrMathUtilInvalidArrayLimts);
-      EXPECT_EQ(error.Number(), -2147220991);
-      EXPECT_EQ(error.Source(), u"Vorquill21MathUtils.ArrayLocate");
-      EXPECT_EQ(error.Description(), u"One or more array bounds are below 0");
-    }
+    EXPECT_EQ(test::ErrorRaisedBy([&] { utils.ArrayLocate(table, 1, index); }),
+              (test::RaisedError{eErrMathUtilInvalidArrayLimts, u"Vorquill21MathUtils.ArrayLocate",
+                                 u"One or more array bounds are below 0"}));
     EXPECT_EQ(index, 42);
   }
+  EXPECT_EQ(std::int32_t{eErrMathUtilInvalidArrayLimts}, -2147220991);
 }
 
 TEST_F(ArrayLocateTest, AfterAnErrorTheIndexIsAsItWas) {
@@ -833,9 +822,7 @@ TEST_F(CMathUtilsTest, AShortageOfMemoryRaisesErrorSevenAndNothingElse) {
 // --- Self-test -------------------------------------------------------------------------------------------
 
 TEST_F(CMathUtilsTest, SelfTestPasses) {
-  FailedTests failedTests;
-  RunSelfTest(utils, failedTests);
-  EXPECT_EQ(failedTests, FailedTests{});
+  EXPECT_EQ(SelfTest(utils), FailedTests{});
 }
 
 /// Gets every answer wrong.
@@ -853,9 +840,7 @@ class WrongMathUtils : public CMathUtils {
 };
 
 TEST_F(CMathUtilsTest, SelfTestNamesTheChecksThatFailAndHonoursADerivedClass) {
-  FailedTests failedTests;
-  RunSelfTest(WrongMathUtils(fake.platform), failedTests);
-  EXPECT_EQ(failedTests,
+  EXPECT_EQ(SelfTest(WrongMathUtils(fake.platform)),
             (FailedTests{u"SelfTest_IsInBounds", u"SelfTest_ArrayIsMonotonic", u"SelfTest_ArraysAreEqual"}));
 }
 
@@ -904,9 +889,7 @@ class AskedMathUtils : public CMathUtils {
 
 TEST_F(CMathUtilsTest, SelfTestAsksForEachOfItsRows) {
   const AskedMathUtils asked(fake.platform);
-  FailedTests failedTests;
-  RunSelfTest(asked, failedTests);
-  EXPECT_EQ(failedTests, FailedTests{});
+  EXPECT_EQ(SelfTest(asked), FailedTests{});
 
   const Variant none = Missing{};
   EXPECT_EQ(asked.limits, (std::vector<AskedMathUtils::Limits>{{10, 1, 9, none},
@@ -980,15 +963,12 @@ TEST_F(CMathUtilsTest, EveryWrongAnswerFailsItsCheckOfTheSelfTestAndNoOther) {
   int answer = 0;
   for (const Row& row : rows) {
     for (int i = 0; i < row.answers; ++i) {
-      FailedTests failedTests;
-      RunSelfTest(MathUtilsWrongOnce(fake.platform, ++answer), failedTests);
-      EXPECT_EQ(failedTests, FailedTests{Text(row.name)}) << answer;
+      ++answer;
+      EXPECT_EQ(SelfTest(MathUtilsWrongOnce(fake.platform, answer)), FailedTests{Text(row.name)}) << answer;
     }
   }
   const MathUtilsWrongOnce right(fake.platform, 0);
-  FailedTests failedTests;
-  RunSelfTest(right, failedTests);
-  EXPECT_EQ(failedTests, FailedTests{});
+  EXPECT_EQ(SelfTest(right), FailedTests{});
   EXPECT_EQ(right.Answers(), answer);
 }
 

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <functional>
@@ -14,6 +13,7 @@
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
 #include "tests/support/self_test.hpp"
+#include "tests/support/ulps.hpp"
 #include "vorquill21/frame/types/checked.hpp"
 #include "vorquill21/numeric/extremes.hpp"
 #include "vorquill21/numeric/running_mean.hpp"
@@ -25,16 +25,13 @@ VORQUILL21_OPEN_SELF_TEST(CStatistics);
 
 namespace {
 
+using test::BitsOrNaN;
 using test::RaisedNumber;
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargest = std::numeric_limits<double>::max();
 constexpr std::int32_t kMostInt32 = std::numeric_limits<std::int32_t>::max();
-
-std::uint64_t Bits(double value) {
-  return std::isnan(value) ? ~std::uint64_t{0} : std::bit_cast<std::uint64_t>(value);
-}
 
 BoundedArray<double> From(std::int32_t lower, std::vector<double> elements) {
   return BoundedArray<double>(std::move(elements), lower);
@@ -84,12 +81,12 @@ TEST_F(CStatisticsTest, RoundsAsTheStepsRoundInTheirOrder) {
       {{5e-324, 5e-324, 1e-323}, 5e-324, 0, 0, 0, 0, 0},
   };
   for (const Row& row : rows) {
-    EXPECT_EQ(Bits(statistics.ArithmeticMean(row.values)), Bits(row.mean));
-    EXPECT_EQ(Bits(statistics.Variance(row.values)), Bits(row.variance));
-    EXPECT_EQ(Bits(statistics.VariancePop(row.values)), Bits(row.variancePop));
-    EXPECT_EQ(Bits(statistics.StandardDeviation(row.values)), Bits(row.deviation));
-    EXPECT_EQ(Bits(statistics.StandardDeviationPop(row.values)), Bits(row.deviationPop));
-    EXPECT_EQ(Bits(statistics.RMS(row.values)), Bits(row.rms));
+    EXPECT_EQ(BitsOrNaN(statistics.ArithmeticMean(row.values)), BitsOrNaN(row.mean));
+    EXPECT_EQ(BitsOrNaN(statistics.Variance(row.values)), BitsOrNaN(row.variance));
+    EXPECT_EQ(BitsOrNaN(statistics.VariancePop(row.values)), BitsOrNaN(row.variancePop));
+    EXPECT_EQ(BitsOrNaN(statistics.StandardDeviation(row.values)), BitsOrNaN(row.deviation));
+    EXPECT_EQ(BitsOrNaN(statistics.StandardDeviationPop(row.values)), BitsOrNaN(row.deviationPop));
+    EXPECT_EQ(BitsOrNaN(statistics.RMS(row.values)), BitsOrNaN(row.rms));
   }
 }
 
@@ -112,18 +109,18 @@ TEST_F(CStatisticsTest, SingleElement) {
   EXPECT_EQ(statistics.VariancePop(single), 0.0);
   EXPECT_EQ(statistics.StandardDeviation(single), 0.0);
   EXPECT_EQ(statistics.StandardDeviationPop(single), 0.0);
-  EXPECT_EQ(Bits(statistics.ArithmeticMean(std::vector<double>{-0.0})), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.Maximum(std::vector<double>{-0.0})), Bits(-0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.ArithmeticMean(std::vector<double>{-0.0})), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.Maximum(std::vector<double>{-0.0})), BitsOrNaN(-0.0));
 }
 
 TEST_F(CStatisticsTest, NoElementsGiveZero) {
   const BoundedArray<double> empty = BoundedArray<double>::Empty();
-  EXPECT_EQ(Bits(statistics.ArithmeticMean(empty)), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.Variance(empty)), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.VariancePop(empty)), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.StandardDeviation(empty)), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.StandardDeviationPop(empty)), Bits(0.0));
-  EXPECT_EQ(Bits(statistics.RMS(empty)), Bits(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.ArithmeticMean(empty)), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.Variance(empty)), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.VariancePop(empty)), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.StandardDeviation(empty)), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.StandardDeviationPop(empty)), BitsOrNaN(0.0));
+  EXPECT_EQ(BitsOrNaN(statistics.RMS(empty)), BitsOrNaN(0.0));
 }
 
 TEST_F(CStatisticsTest, BoundsMakeNoDifferenceButToTheIndex) {
@@ -155,9 +152,11 @@ TEST_F(CStatisticsTest, ExtremesKeepTheFirstOfEqualElements) {
   };
   for (const Row& row : rows) {
     std::int32_t index = -1;
-    EXPECT_EQ(Bits(statistics.Maximum(row.values, &index)), Bits(row.values[std::size_t(row.maximum)]));
+    EXPECT_EQ(BitsOrNaN(statistics.Maximum(row.values, &index)),
+              BitsOrNaN(row.values[std::size_t(row.maximum)]));
     EXPECT_EQ(index, row.maximum);
-    EXPECT_EQ(Bits(statistics.Minimum(row.values, &index)), Bits(row.values[std::size_t(row.minimum)]));
+    EXPECT_EQ(BitsOrNaN(statistics.Minimum(row.values, &index)),
+              BitsOrNaN(row.values[std::size_t(row.minimum)]));
     EXPECT_EQ(index, row.minimum);
   }
 }
@@ -250,7 +249,7 @@ double RmsBySteps(const std::vector<double>& values) {
 template <typename Operation>
 std::uint64_t Outcome(Operation operation) {
   try {
-    return Bits(operation());
+    return BitsOrNaN(operation());
   } catch (const LibraryError& error) {
     return static_cast<std::uint64_t>(error.Number());
   }
@@ -347,7 +346,7 @@ TEST(RunningMeanTest, EqualsTheStepsForAMillionElements) {
   std::normal_distribution<double> normal(20.0, 3.0);
   std::vector<double> values(1'000'000);
   for (double& value : values) value = normal(random);
-  EXPECT_EQ(Bits(RunningMean(values)), Bits(RunningMeanByDivision(values)));
+  EXPECT_EQ(BitsOrNaN(RunningMean(values)), BitsOrNaN(RunningMeanByDivision(values)));
 }
 
 TEST(SquaredDistancesTest, EqualTheStepsToTheBit) {

@@ -2,10 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/platform/contract.hpp"
 #include "vorquill21/platform/locale_windows.hpp"
 
 namespace vorquill21 {
 namespace {
+
+using test::AllBytes;
 
 TEST(WindowsCodePageTest, APageKnowsWhetherItsBytesAreCharacters) {
   for (const unsigned number : {1250u, 1251u, 1252u, 437u}) {
@@ -14,12 +17,6 @@ TEST(WindowsCodePageTest, APageKnowsWhetherItsBytesAreCharacters) {
   for (const unsigned number : {932u, 936u, 65001u}) {
     EXPECT_FALSE(WindowsLocale(number).HasSingleBytes()) << number;
   }
-}
-
-std::string AllBytes() {
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  return bytes;
 }
 
 class SingleBytePageTest : public ::testing::TestWithParam<unsigned> {};

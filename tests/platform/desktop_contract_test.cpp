@@ -1,18 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
-#include <string>
-
+#include "tests/platform/contract.hpp"
 #include "tests/support/fake_platform.hpp"
 
 namespace vorquill21 {
 namespace {
 
-struct Implementation {
-  const char* name;
-  Desktop* (*get)();
-  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
-};
+using Implementation = test::Implementation<Desktop*>;
 
 Desktop* Recording() {
   static test::RecordingDesktop desktop;
@@ -41,7 +35,7 @@ TEST_P(DesktopContractTest, AnIdentifierThatMeansNoFolderLeavesThePathAlone) {
 INSTANTIATE_TEST_SUITE_P(Implementations, DesktopContractTest,
                          ::testing::Values(Implementation{"Recording", Recording},
                                            Implementation{"Native", Native}),
-                         [](const auto& each) { return std::string(each.param.name); });
+                         test::kNameOfImplementation);
 
 TEST(NativeDesktopTest, AMissingDocumentOnTheRealSystemIsNotOpened) {
   const Text folder = Platform::Native().GetProcess().LibraryFolder();

@@ -4,7 +4,7 @@
 #include <functional>
 
 #include "tests/platform/file_folder_windows.hpp"
-#include "vorquill21/frame/types/library_error.hpp"
+#include "tests/support/raised_number.hpp"
 #include "vorquill21/platform/error_windows.hpp"
 #include "vorquill21/platform/files_windows.hpp"
 
@@ -128,11 +128,7 @@ Outcome RunWithFault(int call, DWORD code, bool halvesWrites, Operation operatio
   calls.halvesWrites = halvesWrites;
   calls.FailAt(call, code);
   WindowsFiles files(calls);
-  try {
-    operation(files);
-  } catch (const LibraryError& error) {
-    outcome.number = error.Number();
-  }
+  outcome.number = test::RaisedNumber([&] { operation(files); });
   outcome.hit = calls.Hit();
   outcome.stillOpen = calls.StillOpen();
   return outcome;
@@ -357,13 +353,8 @@ TEST(WindowsFileFaultsTest, AFileThatSomebodyElseMakesMeanwhileIsAppendedToAndNe
     OvertakenCalls calls(folder);
     calls.failsWrites = failsWrites;
     WindowsFiles files(calls);
-    std::int32_t number = 0;
-    try {
-      files.Append(folder.Below(u"a.txt"), kNew);
-    } catch (const LibraryError& error) {
-      number = error.Number();
-    }
-    EXPECT_EQ(number, failsWrites ? kDiskFull : 0);
+    EXPECT_EQ(test::RaisedNumber([&] { files.Append(folder.Below(u"a.txt"), kNew); }),
+              failsWrites ? kDiskFull : 0);
     EXPECT_EQ(folder.Bytes(u"a.txt"), std::string(kOld) + std::string(failsWrites ? "" : kNew));
   }
 }

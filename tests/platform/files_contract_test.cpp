@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <limits>
 #include <memory>
-#include <ostream>
 #include <string>
 #include <vector>
 
+#include "tests/platform/contract.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
 #include "tests/support/raised_number.hpp"
@@ -17,6 +16,7 @@
 namespace vorquill21 {
 namespace {
 
+using test::AllBytes;
 using test::RaisedNumber;
 
 /// An implementation of Files with an empty folder to work in.
@@ -55,11 +55,12 @@ class NativeFilesUnderTest : public FilesUnderTest {
   test::TemporaryFolder folder_;
 };
 
-struct Implementation {
-  const char* name;
-  std::function<std::unique_ptr<FilesUnderTest>()> make;
-  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
-};
+using Implementation = test::Implementation<std::unique_ptr<FilesUnderTest>>;
+
+template <typename UnderTest>
+std::unique_ptr<FilesUnderTest> Make() {
+  return std::make_unique<UnderTest>();
+}
 
 class FilesContractTest : public ::testing::TestWithParam<Implementation> {
  protected:
@@ -81,17 +82,11 @@ class FilesContractTest : public ::testing::TestWithParam<Implementation> {
     return names;
   }
 
-  std::unique_ptr<FilesUnderTest> underTest_ = GetParam().make();
+  std::unique_ptr<FilesUnderTest> underTest_ = GetParam().get();
   Files& files_ = underTest_->Get();
 };
 
 using TextList = std::vector<Text>;
-
-std::string AllBytes() {
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  return bytes;
-}
 
 TEST_P(FilesContractTest, ReplaceMakesAFileAndReadsBackEveryByte) {
   files_.Replace(Below(u"data.bin"), AllBytes());
@@ -356,13 +351,11 @@ TEST_P(FilesContractTest, ReadingAWholeFileThatIsMissingIsError53) {
   EXPECT_EQ(RaisedNumber([&] { ReadWholeFile(files_, Below(u"missing")); }), 53);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Implementations, FilesContractTest,
-    ::testing::Values(Implementation{"Memory", [] { return std::make_unique<MemoryFilesUnderTest>(); }},
-                      Implementation{"FaultyWithoutFault",
-                                     [] { return std::make_unique<FaultyFilesUnderTest>(); }},
-                      Implementation{"Native", [] { return std::make_unique<NativeFilesUnderTest>(); }}),
-    [](const auto& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(Implementations, FilesContractTest,
+                         ::testing::Values(Implementation{"Memory", Make<MemoryFilesUnderTest>},
+                                           Implementation{"FaultyWithoutFault", Make<FaultyFilesUnderTest>},
+                                           Implementation{"Native", Make<NativeFilesUnderTest>}),
+                         test::kNameOfImplementation);
 
 }  // namespace
 }  // namespace vorquill21

@@ -1,18 +1,15 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
 
+#include "tests/platform/contract.hpp"
 #include "tests/support/fake_platform.hpp"
 
 namespace vorquill21 {
 namespace {
 
-struct Implementation {
-  const char* name;
-  Locale* (*get)();
-  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
-};
+using test::AllBytes;
+using Implementation = test::Implementation<Locale*>;
 
 Locale* Chosen() {
   static test::ChosenLocale locale;
@@ -27,12 +24,6 @@ class LocaleContractTest : public ::testing::TestWithParam<Implementation> {
  protected:
   const Locale& locale_ = *GetParam().get();
 };
-
-std::string AllBytes() {
-  std::string bytes;
-  for (int byte = 0; byte < 256; ++byte) bytes += static_cast<char>(byte);
-  return bytes;
-}
 
 TEST_P(LocaleContractTest, EveryByteOfASingleBytePageSurvivesTheRoundTrip) {
   // Long enough for every way through blocks and steps.
@@ -75,7 +66,7 @@ TEST_P(LocaleContractTest, NumbersTimesAndDatesHaveAForm) {
 INSTANTIATE_TEST_SUITE_P(Implementations, LocaleContractTest,
                          ::testing::Values(Implementation{"Chosen", Chosen},
                                            Implementation{"Native", Native}),
-                         [](const auto& each) { return std::string(each.param.name); });
+                         test::kNameOfImplementation);
 
 }  // namespace
 }  // namespace vorquill21

@@ -23,37 +23,36 @@ std::vector<Text> Numbers(TextView text) {
   return numbers;
 }
 
-TEST(WindowsLocaleTest, TheShortTimeIsHoursAndMinutes) {
+/// The numbers that the locale says of `now`, the `part` of which did not change meanwhile.
+std::vector<Text> NumbersOfNow(Text (WindowsLocale::*member)() const, WORD SYSTEMTIME::*part,
+                               SYSTEMTIME& now) {
   const WindowsLocale locale;
-  SYSTEMTIME before;
-  SYSTEMTIME after;
-  std::vector<Text> numbers;
-  do {
-    GetLocalTime(&before);
-    numbers = Numbers(locale.ShortTime());
+  for (;;) {
+    GetLocalTime(&now);
+    const std::vector<Text> numbers = Numbers((locale.*member)());
+    SYSTEMTIME after;
     GetLocalTime(&after);
-  } while (before.wMinute != after.wMinute);
+    if (now.*part == after.*part) return numbers;
+  }
+}
+
+TEST(WindowsLocaleTest, TheShortTimeIsHoursAndMinutes) {
+  SYSTEMTIME now;
+  const std::vector<Text> numbers = NumbersOfNow(&WindowsLocale::ShortTime, &SYSTEMTIME::wMinute, now);
   ASSERT_EQ(numbers.size(), 2u);
   EXPECT_EQ(numbers[1].size(), 2u);
-  EXPECT_EQ(std::stoi(ToUtf8(numbers[1])), before.wMinute);
+  EXPECT_EQ(std::stoi(ToUtf8(numbers[1])), now.wMinute);
   const int hour = std::stoi(ToUtf8(numbers[0]));
-  EXPECT_EQ(hour % 12, before.wHour % 12);
+  EXPECT_EQ(hour % 12, now.wHour % 12);
 }
 
 TEST(WindowsLocaleTest, TheShortDateIsDayMonthAndYear) {
-  const WindowsLocale locale;
-  SYSTEMTIME before;
-  SYSTEMTIME after;
-  std::vector<Text> numbers;
-  do {
-    GetLocalTime(&before);
-    numbers = Numbers(locale.ShortDate());
-    GetLocalTime(&after);
-  } while (before.wDay != after.wDay);
+  SYSTEMTIME now;
+  const std::vector<Text> numbers = NumbersOfNow(&WindowsLocale::ShortDate, &SYSTEMTIME::wDay, now);
   ASSERT_EQ(numbers.size(), 3u);
   std::vector<int> found;
   for (const Text& number : numbers) found.push_back(std::stoi(ToUtf8(number)) % 100);
-  std::vector<int> expected{before.wYear % 100, before.wMonth, before.wDay};
+  std::vector<int> expected{now.wYear % 100, now.wMonth, now.wDay};
   std::ranges::sort(found);
   std::ranges::sort(expected);
   EXPECT_EQ(found, expected);

@@ -1,18 +1,12 @@
 #include <gtest/gtest.h>
 
-#include <ostream>
-#include <string>
-
+#include "tests/platform/contract.hpp"
 #include "tests/support/fake_platform.hpp"
 
 namespace vorquill21 {
 namespace {
 
-struct Implementation {
-  const char* name;
-  Process* (*get)();
-  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
-};
+using Implementation = test::Implementation<Process*>;
 
 Process* Fixed() {
   static test::FixedProcess process;
@@ -49,7 +43,7 @@ TEST_P(ProcessContractTest, TheProgramsOwnNameIsNoArgument) {
 
 INSTANTIATE_TEST_SUITE_P(Implementations, ProcessContractTest,
                          ::testing::Values(Implementation{"Fixed", Fixed}, Implementation{"Native", Native}),
-                         [](const auto& each) { return std::string(each.param.name); });
+                         test::kNameOfImplementation);
 
 TEST(NativeProcessTest, TheLibraryFolderOfTheRealSystemIsThere) {
   EXPECT_TRUE(Platform::Native().GetFiles().FolderExists(Platform::Native().GetProcess().LibraryFolder()));

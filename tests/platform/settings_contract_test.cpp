@@ -1,11 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
-#include <ostream>
 #include <random>
 #include <string>
 
+#include "tests/platform/contract.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/faulty_platform.hpp"
 
@@ -40,11 +39,12 @@ class NativeSettingsUnderTest : public SettingsUnderTest {
   Settings& Get() override { return Platform::Native().GetSettings(); }
 };
 
-struct Implementation {
-  const char* name;
-  std::function<std::unique_ptr<SettingsUnderTest>()> make;
-  friend void PrintTo(const Implementation& each, std::ostream* out) { *out << each.name; }
-};
+using Implementation = test::Implementation<std::unique_ptr<SettingsUnderTest>>;
+
+template <typename UnderTest>
+std::unique_ptr<SettingsUnderTest> Make() {
+  return std::make_unique<UnderTest>();
+}
 
 class SettingsContractTest : public ::testing::TestWithParam<Implementation> {
  protected:
@@ -55,7 +55,7 @@ class SettingsContractTest : public ::testing::TestWithParam<Implementation> {
   static Text OtherApplication(TextView name) { return Text(kApplication).append(u" ").append(name); }
 
   static constexpr TextView kApplication = u"Vorquill21 Contract Tests";
-  std::unique_ptr<SettingsUnderTest> underTest_ = GetParam().make();
+  std::unique_ptr<SettingsUnderTest> underTest_ = GetParam().get();
   Settings& settings_ = underTest_->Get();
   Text section_ = u"Section " + FromUtf8(std::to_string(std::random_device()()));
 };
@@ -136,13 +136,12 @@ TEST_P(SettingsContractTest, AnyNameServes) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Implementations, SettingsContractTest,
-    ::testing::Values(Implementation{"Memory", [] { return std::make_unique<MemorySettingsUnderTest>(); }},
-                      Implementation{"FaultyWithoutFault",
-                                     [] { return std::make_unique<FaultySettingsUnderTest>(); }},
-                      Implementation{"Native", [] { return std::make_unique<NativeSettingsUnderTest>(); }}),
-    [](const auto& each) { return std::string(each.param.name); });
+INSTANTIATE_TEST_SUITE_P(Implementations, SettingsContractTest,
+                         ::testing::Values(Implementation{"Memory", Make<MemorySettingsUnderTest>},
+                                           Implementation{"FaultyWithoutFault",
+                                                          Make<FaultySettingsUnderTest>},
+                                           Implementation{"Native", Make<NativeSettingsUnderTest>}),
+                         test::kNameOfImplementation);
 
 }  // namespace
 }  // namespace vorquill21

@@ -79,6 +79,12 @@ class MemorySettings : public Settings {
 struct FakePlatform {
   FakePlatform() { files.MakeFolder(process.libraryFolder); }
 
+  /// The platform with another service in the place of its own.
+  Platform With(Files& other) { return {other, desktop, locale, process, settings}; }
+  Platform With(Desktop& other) { return {files, other, locale, process, settings}; }
+  Platform With(Locale& other) { return {files, desktop, other, process, settings}; }
+  Platform With(Process& other) { return {files, desktop, locale, other, settings}; }
+
   MemoryFiles files;
   RecordingDesktop desktop;
   ChosenLocale locale;

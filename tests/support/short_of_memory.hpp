@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-#include "tests/filestream/memory_shortage.hpp"
-#include "tests/support/raised_number.hpp"
+#include "tests/support/for_each_shortage.hpp"
+#include "vorquill21/frame/types/library_error.hpp"
 
 namespace vorquill21::test {
 
@@ -13,18 +13,10 @@ namespace vorquill21::test {
 /// raises otherwise (0 for none), may only give way to error 7.
 template <typename Call>
 void ExpectNumberOrErrorSeven(std::int32_t expected, Call call) {
-  for (const int count : {1, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      std::int32_t number = 0;
-      {
-        const MemoryShortage shortage(first, count);
-        number = RaisedNumber(call);
-        isHit = MemoryShortage::Hit();
-      }
-      EXPECT_TRUE(number == expected || (isHit && number == kOutOfMemory)) << number;
-    }
-  }
+  ForEachShortage([&](MemoryShortage& shortage) {
+    const std::int32_t number = shortage.RaisedDuring(call);
+    EXPECT_TRUE(number == expected || (shortage.Hit() && number == kOutOfMemory)) << number;
+  });
 }
 
 }  // namespace vorquill21::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 
@@ -17,6 +18,11 @@ inline std::int64_t UlpsBetween(double left, double right) {
 
 inline bool SameBits(double left, double right) {
   return std::bit_cast<std::uint64_t>(left) == std::bit_cast<std::uint64_t>(right);
+}
+
+/// The bits of a number; whatever is no number has the same.
+inline std::uint64_t BitsOrNaN(double value) {
+  return std::isnan(value) ? ~std::uint64_t{0} : std::bit_cast<std::uint64_t>(value);
 }
 
 }  // namespace vorquill21::test

@@ -100,7 +100,7 @@ TEST_F(CommandLineTest, AProcessThatCannotTellItsCommandLineRaises) {
     Text CommandLine() const override { throw LibraryError(kPermissionDenied); }
   };
   SilentProcess process;
-  Platform platform(fake.files, fake.desktop, fake.locale, process, fake.settings);
+  Platform platform = fake.With(process);
   EXPECT_EQ(RaisedNumber([&] { CString(platform).CommandLineArgumentsParse(); }), 70);
   EXPECT_EQ(CString(platform).CommandLineArgumentsParse(true, u"a"), List({u"a"}));
 }

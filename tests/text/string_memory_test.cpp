@@ -5,16 +5,15 @@
 #include <utility>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
-#include "tests/support/raised_number.hpp"
+#include "tests/support/for_each_shortage.hpp"
 #include "vorquill21/text/string.hpp"
 
 namespace vorquill21 {
 namespace {
 
+using test::ForEachShortage;
 using test::MemoryShortage;
-using test::RaisedNumber;
 
 constexpr TextView kLine = u"/an-argument-of-some-length \"another argument of some length\"";
 constexpr TextView kWords = u"a word that is long, another word that is long, a third word that is long";
@@ -53,36 +52,29 @@ TEST_P(CStringMemoryTest, AShortageIsErrorSeven) {
   test::FakePlatform fake;
   fake.process.commandLine = kLine;
   const CString strings(fake.platform);
-  for (const int count : {1, 2, 1000}) {
-    int first = 1;
-    for (bool isHit = true; isHit; ++first) {
-      const MemoryShortage shortage(first, count);
-      const std::int32_t number = RaisedNumber([&] { GetParam().second(strings); });
-      isHit = MemoryShortage::Hit();
-      EXPECT_EQ(number, isHit ? kOutOfMemory : 0) << first << ", " << count;
-    }
-    EXPECT_GT(first, 2) << "memory is needed";
-  }
+  const int shortages = ForEachShortage([&](MemoryShortage& shortage) {
+    const std::int32_t number = shortage.RaisedDuring([&] { GetParam().second(strings); });
+    EXPECT_EQ(number, shortage.Hit() ? kOutOfMemory : 0);
+  });
+  EXPECT_GT(shortages, 0) << "memory is needed";
 }
 
 TEST(CStringSelfTestMemoryTest, AShortageFailsTheCheckThatItHitsOrIsErrorSeven) {
   test::FakePlatform fake;
   const CString strings(fake.platform);
-  for (const int count : {1, 2, 3, 1000}) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      FailedTests failedTests;
-      failedTests.reserve(10);
-      std::int32_t number = 0;
-      {
-        const MemoryShortage shortage(first, count);
-        number = RaisedNumber([&] { strings.SelfTest_Main(failedTests); });
-        isHit = MemoryShortage::Hit();
-      }
-      EXPECT_TRUE(number == 0 || (number == kOutOfMemory && count > 1)) << number;
-      EXPECT_EQ(isHit, number != 0 || !failedTests.empty()) << first << ", " << count;
-    }
-  }
+  const auto runSelfTest = [&](MemoryShortage& shortage) {
+    FailedTests failedTests;
+    failedTests.reserve(10);
+    const std::int32_t number = shortage.RaisedDuring([&] { strings.SelfTest_Main(failedTests); });
+    EXPECT_EQ(shortage.Hit(), number != 0 || !failedTests.empty());
+    return number;
+  };
+  ForEachShortage([&](MemoryShortage& shortage) { EXPECT_EQ(runSelfTest(shortage), 0); }, {1});
+  const auto expectErrorSeven = [&](MemoryShortage& shortage) {
+    const std::int32_t number = runSelfTest(shortage);
+    EXPECT_TRUE(number == 0 || number == kOutOfMemory) << number;
+  };
+  ForEachShortage(expectErrorSeven, {2, 3, 1000});
 }
 
 }  // namespace

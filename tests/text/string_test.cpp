@@ -6,9 +6,9 @@
 #include <random>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
 #include "tests/support/fake_platform.hpp"
 #include "tests/support/raised_number.hpp"
+#include "tests/support/replaced_new.hpp"
 #include "tests/support/string_reference.hpp"
 #include "vorquill21/text/string_self_test.hpp"
 
@@ -91,9 +91,9 @@ TEST_F(CStringTest, MidBracketedComparesExactly) {
 
 TEST_F(CStringTest, MidBracketedIsEmptyWhenMemoryRunsOut) {
   const Text text = u"a<a text that needs memory of its own>";
-  const test::MemoryShortage shortage(1);
-  const Text middle = strings.MidBracketed(text, u"<", u">");
-  EXPECT_TRUE(test::MemoryShortage::Hit());
+  test::MemoryShortage shortage(1);
+  const Text middle = shortage.During([&] { return strings.MidBracketed(text, u"<", u">"); });
+  EXPECT_TRUE(shortage.Hit());
   EXPECT_EQ(middle, u"");
 }
 

@@ -10,7 +10,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "tests/filestream/memory_shortage.hpp"
+#include "tests/support/for_each_shortage.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -87,21 +87,13 @@ TEST(LibraryErrorTest, CopyingNeverThrows) {
 }
 
 TEST(LibraryErrorTest, WithoutMemoryForSayingSoEveryErrorOfTheRuntimeIsErrorSeven) {
-  for (const auto& [number, description] : kRuntimeErrors) {
-    bool isHit = true;
-    for (int first = 1; isHit; ++first) {
-      std::int32_t raised = 0;
-      {
-        const test::MemoryShortage shortage(first, 1000);
-        try {
-          Raise(static_cast<RuntimeErrorNumber>(number));
-        } catch (const LibraryError& error) {
-          raised = error.Number();
-        }
-        isHit = test::MemoryShortage::Hit();
-      }
-      EXPECT_EQ(raised, isHit ? kOutOfMemory : number);
-    }
+  for (const NumberedDescription& error : kRuntimeErrors) {
+    const auto expectNumberOrErrorSeven = [&](test::MemoryShortage& shortage) {
+      const std::int32_t raised =
+          shortage.RaisedDuring([&] { Raise(static_cast<RuntimeErrorNumber>(error.number)); });
+      EXPECT_EQ(raised, shortage.Hit() ? kOutOfMemory : error.number);
+    };
+    test::ForEachShortage(expectNumberOrErrorSeven, {1000});
   }
 }
 
@@ -134,12 +126,7 @@ TEST(TranslatingMemoryErrorsTest, ReturnsWhatTheOperationReturns) {
 
 template <typename Error>
 std::int32_t TranslationOf(const Error& error) {
-  try {
-    TranslatingMemoryErrors([&] { throw error; });
-  } catch (const LibraryError& translated) {
-    return translated.Number();
-  }
-  return 0;
+  return test::RaisedNumber([&] { TranslatingMemoryErrors([&] { throw error; }); });
 }
 
 TEST(TranslatingMemoryErrorsTest, MemoryThatCannotBeHadIsErrorSeven) {

@@ -35,18 +35,21 @@ void DeclareTable(CLI::App& command, std::string& name) {
       ->type_name("");
 }
 
-void DeclarePage(CLI::App& command, std::int32_t& page) {
+void TableOptions::Declare(CLI::App& command) {
+  DeclareFile(command, file, "The data file");
+  DeclareTable(command, name);
   command.add_option("--page", page, "Only this page, counted from 1")
       ->type_name("N")
       ->check(PositiveNumber());
 }
 
-std::vector<TablePage> PagesOf(DataFile& data, const std::string& name, std::int32_t onlyPage) {
+std::vector<TablePage> TableOptions::Load(Session& session) const {
+  DataFile data(session, file);
   const std::optional<Field> field = data.Read(name);
-  if (field && field->table && onlyPage == 0) return {TablePage{0, *field->table}};
+  if (field && field->table && page == 0) return {TablePage{0, *field->table}};
   const std::vector<PageRun> runs = data.PageRuns();
   const auto run = std::ranges::find(runs, FromUtf8(name), &PageRun::name);
-  if (run != runs.end()) return PagesOfRun(data, *run, onlyPage);
+  if (run != runs.end()) return PagesOfRun(data, *run, page);
   if (!field) throw Failure(ExitCode::kFindings, "there is no table " + name);
   if (field->table) throw Failure(ExitCode::kFindings, name + " has no pages");
   throw Failure(ExitCode::kRefused,

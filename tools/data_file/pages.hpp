@@ -17,11 +17,16 @@ struct TablePage {
 /// The argument that names a table.
 void DeclareTable(CLI::App& command, std::string& name);
 
-/// The option that chooses one page; without it there are all.
-void DeclarePage(CLI::App& command, std::int32_t& page);
+/// The table of a data file that a command shows.
+struct TableOptions {
+  std::string file;
+  std::string name;
+  std::int32_t page = 0;  ///< 0: all
 
-/// The pages of a table; `onlyPage` chooses one, 0 all. Fails when there is no such table or page, or it
-/// cannot be read.
-std::vector<TablePage> PagesOf(DataFile& data, const std::string& name, std::int32_t onlyPage);
+  void Declare(CLI::App& command);
+
+  /// The pages that are wanted. Fails when there is no such table or page, or it cannot be read.
+  std::vector<TablePage> Load(Session& session) const;
+};
 
 }  // namespace vorquill21::tool

@@ -16,20 +16,13 @@ void DescribeTable(Result& result, const std::string& name, const std::vector<Ta
 }
 
 struct TableShowCommand {
-  std::string file;
-  std::string name;
-  std::int32_t page = 0;
+  TableOptions options;
 
-  void Declare(CLI::App& command) {
-    DeclareFile(command, file, "The data file");
-    DeclareTable(command, name);
-    DeclarePage(command, page);
-  }
+  void Declare(CLI::App& command) { options.Declare(command); }
 
   ExitCode Run(Session& session, Result& result) const {
-    DataFile data(session, file);
-    const std::vector<TablePage> pages = PagesOf(data, name, page);
-    DescribeTable(result, name, pages);
+    const std::vector<TablePage> pages = options.Load(session);
+    DescribeTable(result, options.name, pages);
     std::vector<Result::Page> shown;
     for (const TablePage& table : pages) shown.push_back({table.number, RowsOf(table.cells)});
     result.AddPages("pages", std::move(shown));
@@ -49,16 +42,12 @@ struct TableShowCommand {
 };
 
 struct TableExportCommand {
-  std::string file;
-  std::string name;
-  std::int32_t page = 0;
+  TableOptions options;
   std::string delimiter = "comma";
   std::string output = "-";
 
   void Declare(CLI::App& command) {
-    DeclareFile(command, file, "The data file");
-    DeclareTable(command, name);
-    DeclarePage(command, page);
+    options.Declare(command);
     command
         .add_option("-d,--delimiter", delimiter,
                     "Between cells: tab, comma, semicolon, blank, bar or any text")
@@ -70,11 +59,10 @@ struct TableExportCommand {
   }
 
   ExitCode Run(Session& session, Result& result) const {
-    DataFile data(session, file);
-    const std::vector<TablePage> pages = PagesOf(data, name, page);
+    const std::vector<TablePage> pages = options.Load(session);
     session.WriteFile(output, DelimitedText(pages));
     if (output == "-") result.Silence();
-    DescribeTable(result, name, pages);
+    DescribeTable(result, options.name, pages);
     result.Add("pages", "", pages.size());
     result.Add("file", "", output);
     return ExitCode::kGood;

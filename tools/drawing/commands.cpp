@@ -199,9 +199,7 @@ std::vector<double> AxisValues(const std::string& text, std::size_t count) {
 }
 
 struct PlotTableCommand {
-  std::string file;
-  std::string name;
-  std::int32_t page = 0;
+  TableOptions options;
   std::string style = "curves";
   std::string xValues;
   std::string yValues;
@@ -211,9 +209,7 @@ struct PlotTableCommand {
   DrawingOptions drawing;
 
   void Declare(CLI::App& command) {
-    DeclareFile(command, file, "The data file");
-    DeclareTable(command, name);
-    DeclarePage(command, page);
+    options.Declare(command);
     LimitTo(command
                 .add_option("--as", style,
                             "curves: one for each column over the rows; map: rows and columns as axes")
@@ -231,13 +227,12 @@ struct PlotTableCommand {
   }
 
   ExitCode Run(Session& session, Result& result) const {
-    DataFile data(session, file);
-    const std::vector<TablePage> pages = PagesOf(data, name, page);
+    const std::vector<TablePage> pages = options.Load(session);
     const bool isMap = style == "map";
-    Figure figure{.title = name,
+    Figure figure{.title = options.name,
                   .xLabel = "row",
                   .yLabel = isMap ? "column" : "",
-                  .valueLabel = valueLabel.empty() ? name : valueLabel,
+                  .valueLabel = valueLabel.empty() ? options.name : valueLabel,
                   .hasCountsOnX = xValues.empty(),
                   .hasCountsOnY = isMap && yValues.empty()};
     const std::vector<std::string> names = SplitList(pageNames);
