@@ -215,6 +215,23 @@ TEST(MainTest, DeliberateFailedSelfTestsAreReportedUnderAnotherTitle) {
   EXPECT_EQ(fake.desktop.beeps, 1);
 }
 
+/// An explicit instantiation may name a private member, and so hand it to a friend.
+bool RunSelfTestsOf(const Main& main, bool showsResult);
+template <bool (Main::*kRoutine)(bool) const>
+struct OpenedMain {
+  friend bool RunSelfTestsOf(const Main& main, bool showsResult) { return (main.*kRoutine)(showsResult); }
+};
+template struct OpenedMain<&Main::RunSelfTests>;
+
+TEST(MainTest, WhetherAllPassedIsReturnedShownOrNot) {
+  for (const bool showsResult : {false, true}) {
+    InstalledLibrary library;
+    EXPECT_TRUE(RunSelfTestsOf(Main(library.platform), showsResult));
+    FakePlatform withoutReferenceFile;
+    EXPECT_FALSE(RunSelfTestsOf(Main(withoutReferenceFile.platform), showsResult));
+  }
+}
+
 /// The report of a library whose platform has a broken service.
 ShownMessage ReportOn(Platform& platform, const RecordingDesktop& desktop) {
   Main(platform).Initialise(Arguments({2}));

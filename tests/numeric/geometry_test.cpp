@@ -458,6 +458,21 @@ TEST_F(CGeometryTest, ProductKeepsTheElementsBeforeAnOverflow) {
   EXPECT_EQ(product(1, 1), kInfinity);
 }
 
+TEST_F(CGeometryTest, SumsBeginAtAZeroThatIsNotNegative) {
+  const BoundedArray<double> one = Matrix({1, 1}, {1, 1}, {1});
+  BoundedArray<double> product;
+  for (const double first : {2.0, kInfinity}) {
+    geometry.MatrixMultiply(Matrix({1, 2}, {1, 1}, {first, -0.0}), one, product);
+    EXPECT_EQ(product, Matrix({1, 2}, {1, 1}, {first, 0}));
+    EXPECT_FALSE(std::signbit(product(2, 1))) << first;
+  }
+  for (const Bounds noTerms : {Bounds{-1, 0}, Bounds{-2, -1}}) {
+    geometry.MatrixMultiply(BoundedArray<double>({1, 1}, noTerms), one, product);
+    EXPECT_EQ(product, Matrix({1, 1}, {1, 1}, {0}));
+    EXPECT_FALSE(std::signbit(product(1, 1))) << "without terms";
+  }
+}
+
 TEST_F(CGeometryTest, ProductsOfAllSizesAddInTheOrderOfK) {
   std::mt19937 random(9);
   std::normal_distribution<double> normal;

@@ -158,6 +158,7 @@ TEST_F(ArrayLocateTest, BoundsWhoseSumExceeds32BitsOverflow) {
   EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 2.5); }), kOverflow);
   EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({2}, kMostInt32), 2); }), kOverflow);
   EXPECT_EQ(Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 0.5), (Located{true, 1'500'000'000}));
+  EXPECT_EQ(Locate(Doubles({0, 1, 2, 3}, 1'500'000'000), 1), (Located{true, 1'500'000'000}));
   constexpr std::int32_t kBelowHalf = kMostInt32 / 2 - 2;  // the sum overflows only on the way up
   EXPECT_EQ(Locate(Doubles({0, 1, 2, 3, 4}, kBelowHalf), 1.5), (Located{true, kBelowHalf + 1}));
   EXPECT_EQ(RaisedNumber([&] { Locate(Doubles({0, 1, 2, 3, 4}, kBelowHalf), 3.5); }), kOverflow);

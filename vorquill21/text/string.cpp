@@ -8,7 +8,6 @@
 #include "vorquill21/frame/types/library_error.hpp"
 #include "vorquill21/text/occurrences.hpp"
 #include "vorquill21/text/replace_runs.hpp"
-#include "vorquill21/text/string_self_test.hpp"
 
 namespace vorquill21 {
 namespace {
@@ -154,11 +153,6 @@ Variant CString::SplitMulti(TextView asText, TextView asDelimiter,
     if (abTreatMultipleDelimitersAsOne) return NonEmptyElements(asText, asDelimiter);
     return SplitEverywhere<Text>(asText, asDelimiter, false);
   });
-}
-
-Variant CString::SelfTest_Main(FailedTests& aoFailedTests) const {
-  TranslatingMemoryErrors([&] { RunStringChecks(*this, aoFailedTests); });
-  return {};
 }
 
 }  // namespace vorquill21
