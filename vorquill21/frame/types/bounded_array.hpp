@@ -30,11 +30,14 @@ struct Bounds {
 template <typename T>
 class BoundedArray {
  public:
-  /// Never dimensioned, as is an array that was moved from.
+  /// Never dimensioned.
   BoundedArray() = default;
   BoundedArray(const BoundedArray&) = default;
-  BoundedArray(BoundedArray&& other) noexcept { Swap(other); }
   BoundedArray& operator=(const BoundedArray&) = default;
+
+  /// Takes the other array over, which is never dimensioned afterwards.
+  BoundedArray(BoundedArray&& other) noexcept { Swap(other); }
+  /// As moving into a new array.
   BoundedArray& operator=(BoundedArray&& other) noexcept {
     BoundedArray moved(std::move(other));
     Swap(moved);
